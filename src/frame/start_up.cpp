@@ -1,0 +1,83 @@
+// The order of life. kLoadOrder names every static initialiser of the library in the order in which they run;
+// nothing else in the library is initialised at run time, so no order between files is left to chance.
+#include "frame/start_up.h"
+
+#include <cstdio>
+#include <memory_resource>
+#include <string>
+
+#include "frame/error_text.h"
+#include "frame/logger.h"
+#include "frame/process_state.h"
+
+namespace qvn {
+
+constinit std::atomic<uint32_t> version_word = 0;
+constinit Logger* process_logger = nullptr;
+constinit ExitList exit_list;
+
+namespace {
+
+constinit std::pmr::memory_resource* text_heap = nullptr;
+
+using Initialiser = void (*)();
+constexpr Initialiser kLoadOrder[] = {
+    bind_string_support,
+    build_error_text_map,
+};
+
+std::pmr::string version_line(const OwnPath& path, const VersionRecord& record) {
+  const auto& product = record.product;
+  const auto& file = record.file;
+  const auto print = [&](char* line, size_t size) {
+    return static_cast<size_t>(std::snprintf(
+        line, size, "File %s (Prod. version %u.%u.%u.%u, File version %u.%u.%u.%u)", path.data(), product[0],
+        product[1], product[2], product[3], file[0], file[1], file[2], file[3]));
+  };
+  std::pmr::string line(print(nullptr, 0), '\0', text_heap);
+  print(line.data(), line.size() + 1);
+  return line;
+}
+
+}  // namespace
+
+void ExitList::add(Release release) { releases_.at(count_++) = release; }
+
+void ExitList::run_in_reverse() {
+  while (count_ > 0) releases_[--count_]();
+}
+
+void bind_string_support() {
+  text_heap = std::pmr::new_delete_resource();
+  exit_list.add(release_string_support);
+}
+
+void release_string_support() { text_heap = nullptr; }
+
+void run_initialisers() {
+  for (const Initialiser initialise : kLoadOrder) initialise();
+}
+
+void run_exit_list() { exit_list.run_in_reverse(); }
+
+int notify(VersionReader read_version) {
+  const OwnPath path = read_own_path();
+  VersionRecord record;
+  if (!read_version(record)) return 1;
+  version_word.store(version_word_of(record.product), std::memory_order_relaxed);
+  const std::pmr::string line = version_line(path, record);
+  if (process_logger != nullptr) process_logger->Log(kInfo, line.c_str());
+  return 1;
+}
+
+void load_library() {
+  run_initialisers();
+  notify();
+}
+
+void unload_library() {
+  notify();
+  run_exit_list();
+}
+
+}  // namespace qvn
