@@ -1,0 +1,106 @@
+// Rows of 2x2 windows: the colours of n consecutive pixels of a line, from the first column on.
+//
+//     site of x       red           blue          greens
+//     even            red[x]        blue[x+1]     blue[x] and red[x+1]       even, odd: of x + column phase
+//     odd             red[x+1]      blue[x]       blue[x+1] and red[x]
+//
+// Green is the mean of the two, rounded down. A row of n pixels reads n + 1 samples of each line, writes n
+// pixels and nothing else.
+#pragma once
+
+#include "bayer/cell_walker.h"
+#include "pixel/fetch.h"
+#include "pixel/put.h"
+
+namespace qvn {
+
+// The colours of the window at column x.
+template <class Fetch>
+inline Rgb<uint32_t> window_2x2(const CellLine& line, size_t x) {
+  const size_t odd = (x + line.column_phase) & 1;
+  const uint32_t green1 = Fetch::sample(line.blue, x + odd);
+  const uint32_t green2 = Fetch::sample(line.red, x + 1 - odd);
+  return {Fetch::sample(line.red, x + odd), (green1 + green2) >> 1, Fetch::sample(line.blue, x + 1 - odd)};
+}
+
+namespace places {
+template <int Odd>
+constexpr int is_parity(int i) {
+  return i % 2 == Odd ? 1 : 0;
+}
+}  // namespace places
+
+// The colours of the windows at columns x, x + 1, ... of which the first is an even site (Odd 0) or an odd
+// one.
+template <class Fetch, int Odd>
+inline Rgb<Bytes> windows_2x2(const CellLine& line, size_t x, const Rgb<Bytes>*) {
+  const Bytes red = Fetch::samples(line.red, x), red_next = Fetch::samples(line.red, x + 1);
+  const Bytes blue = Fetch::samples(line.blue, x), blue_next = Fetch::samples(line.blue, x + 1);
+  constexpr auto kEven = places::is_parity<Odd>;  // lanes that are even sites
+  return {blend<kEven>(red, red_next), mean_floor(blend<kEven>(blue, blue_next), blend<kEven>(red_next, red)),
+          blend<kEven>(blue_next, blue)};
+}
+
+// The same as words, a pair of pixels a lane. Both windows of a pair hold the pair's right-hand samples:
+//
+//     red line     r   g2 | r'        left window   r  g2     right window   g2 r'
+//     blue line    g1  b  | g1'                     g1 b                     b  g1'
+//
+// For a pair that starts on an odd site the two lines change their parts.
+template <class Fetch, int Odd>
+inline RgbPairs windows_2x2(const CellLine& line, size_t x, const RgbPairs*) {
+  const uint8_t* first = Odd == 0 ? line.red : line.blue;
+  const uint8_t* second = Odd == 0 ? line.blue : line.red;
+  const Bytes a = Fetch::samples(first, x), a_next = Fetch::samples(first, x + 1);
+  const Bytes b = Fetch::samples(second, x), b_next = Fetch::samples(second, x + 1);
+  const Words shared_green = odd_bytes(a), shared = odd_bytes(b);
+  const Words left_green = (shared_green + even_bytes(b)) >> 1;
+  const Words right_green = (shared_green + odd_bytes(b_next)) >> 1;
+  if constexpr (Odd == 0) {
+    return {{even_bytes(a), left_green, shared}, {odd_bytes(a_next), right_green, shared}};
+  } else {
+    return {{shared, left_green, even_bytes(a)}, {shared, right_green, odd_bytes(a_next)}};
+  }
+}
+
+// Pixels `from` to n - 1, one at a time.
+template <class Fetch, class Put>
+void row_2x2_plain(const CellLine& line, uint8_t* out, size_t from, size_t n) {
+  for (size_t x = from; x < n; ++x) Put::pixel(out + x * Put::kPixelBytes, window_2x2<Fetch>(line, x));
+}
+
+// A vector at a time; the last one overlaps the one before it, so that no pixel is left over. Column phase
+// and parity of the first column choose between two loops, outside of them.
+template <class Fetch, class Put, int Odd>
+void put_windows_2x2(const CellLine& line, uint8_t* out, size_t x) {
+  using Pixels = typename Put::Pixels;
+  constexpr const Pixels* kForm = nullptr;
+  Put::pixels(out + x * Put::kPixelBytes, windows_2x2<Fetch, Odd>(line, x, kForm));
+}
+
+template <class Fetch, class Put, int Odd>
+void row_2x2_vectors(CellLine line, uint8_t* out, size_t n) {
+  constexpr size_t kStep = kLaneBytes;
+  size_t x = 0;
+  for (; x + kStep <= n; x += kStep) put_windows_2x2<Fetch, Put, Odd>(line, out, x);
+  if (x == n) return;
+  x = n - kStep;
+  if (x % 2 == 0) {
+    put_windows_2x2<Fetch, Put, Odd>(line, out, x);
+  } else {
+    put_windows_2x2<Fetch, Put, 1 - Odd>(line, out, x);
+  }
+}
+
+template <class Fetch, class Put>
+void row_2x2(const CellLine& line, uint8_t* out, size_t n) {
+  if (!kVectorRows || n < kLaneBytes) {
+    row_2x2_plain<Fetch, Put>(line, out, 0, n);
+  } else if (line.column_phase == 0) {
+    row_2x2_vectors<Fetch, Put, 0>(line, out, n);
+  } else {
+    row_2x2_vectors<Fetch, Put, 1>(line, out, n);
+  }
+}
+
+}  // namespace qvn

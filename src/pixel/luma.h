@@ -1,0 +1,31 @@
+// The integer luma weights. Each set sums to 256: a weighted byte fits 16 bits without a carry
+// (255 * 256 + 128 < 65536) and the result needs no clamp. T is an integer or a vector of 16- or 32-bit
+// lanes.
+#pragma once
+
+#include "pixel/rgb.h"
+
+namespace qvn {
+
+// First set, the default; rounds down.
+template <class T>
+constexpr T luma_77_150_29(T r, T g, T b) {
+  return (r * 77 + g * 150 + b * 29) >> 8;
+}
+
+// Second set; rounds to nearest. 54 * r + 18 * b is taken as 18 * (3 * r + b).
+template <class T>
+constexpr T luma_54_184_18(T r, T g, T b) {
+  return (g * 184 + (r * 3 + b) * 18 + 128) >> 8;
+}
+
+// The same of a vector of pixels, as bytes: the sums hold their results in bits 15..8, which is where the odd
+// bytes belong.
+inline Bytes luma_77_150_29(RgbPairs p) {
+  const Words red = factor<Words>(77), green = factor<Words>(150), blue = factor<Words>(29);
+  const Words even = p.even.r * red + p.even.g * green + p.even.b * blue;
+  const Words odd = p.odd.r * red + p.odd.g * green + p.odd.b * blue;
+  return join_top_bytes(even, odd);
+}
+
+}  // namespace qvn
