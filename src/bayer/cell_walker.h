@@ -21,33 +21,32 @@ struct CellLine {
   uint32_t column_phase;  // 0: column 0 of the red line is a red
 };
 
+// The line of windows over source lines `row` and `row` + 1. `pattern` is an internal code; of codes above 3
+// the parities of bit 0 and of the rest count.
+inline CellLine cell_line(const uint8_t* src, size_t line_bytes, uint32_t row, uint32_t pattern) {
+  const uint8_t* upper = src + row * line_bytes;
+  const uint8_t* lower = upper + line_bytes;
+  const bool odd = ((row + (pattern >> 1)) & 1) != 0;
+  return odd ? CellLine{lower, upper, pattern & 1} : CellLine{upper, lower, pattern & 1};
+}
+
 class CellWalker {
  public:
-  // `pattern` is an internal code; of codes above 3 the parities of bit 0 and of the rest count. The number
-  // of lines wraps as unsigned numbers do: none for height 1, a runaway for height 0 with pattern 0 or 1.
+  // The number of lines wraps as unsigned numbers do: none for height 1, a runaway for height 0 with pattern
+  // 0 or 1.
   CellWalker(const uint8_t* src, size_t line_bytes, uint32_t height, uint32_t pattern)
-      : base_(src),
-        line_bytes_(line_bytes),
-        column_phase_(pattern & 1),
-        row_(pattern >> 1),
-        end_((pattern >> 1) + height - 1) {}
+      : src_(src), line_bytes_(line_bytes), pattern_(pattern), end_((pattern >> 1) + height - 1) {}
 
-  bool done() const { return row_ >= end_; }
+  bool done() const { return (pattern_ >> 1) + row_ >= end_; }
 
   // The line of windows at hand; then the walk moves on by one source line.
-  CellLine next() {
-    const uint8_t* upper = base_;
-    const uint8_t* lower = base_ + line_bytes_;
-    base_ = lower;
-    const bool odd = (row_++ & 1) != 0;
-    return odd ? CellLine{lower, upper, column_phase_} : CellLine{upper, lower, column_phase_};
-  }
+  CellLine next() { return cell_line(src_, line_bytes_, row_++, pattern_); }
 
  private:
-  const uint8_t* base_;
+  const uint8_t* src_;
   size_t line_bytes_;
-  uint32_t column_phase_;
-  uint32_t row_;
+  uint32_t pattern_;
+  uint32_t row_ = 0;
   uint32_t end_;
 };
 

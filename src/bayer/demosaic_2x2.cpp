@@ -4,14 +4,20 @@
 #include <cstring>
 
 #include "bayer/row_2x2.h"
+#include "pixel/yuv.h"
 
 namespace qvn {
 
 namespace {
 
 template <class Fetch, class Put>
+void put_row(const CellLine& line, uint8_t* out, size_t n) {
+  row_2x2<Fetch>(PackedPixels<Put>{out}, line, n);
+}
+
+template <class Fetch, class Put>
 constexpr Recipe2x2 recipe(ColumnStep columns, LineEnd line_end) {
-  return {Fetch::line_bytes, row_2x2<Fetch, Put>, Put::kPixelBytes, columns, line_end};
+  return {Fetch::line_bytes, put_row<Fetch, Put>, Put::kPixelBytes, columns, line_end};
 }
 
 // Pixels with a window of their own in a line of `width`.
@@ -37,6 +43,9 @@ constexpr Recipe2x2 kRaw8ToGreyBgr =
     recipe<FetchRaw8, PutGreyBgr>(ColumnStep::kOne, LineEnd::kCopyOfPixelBefore);
 // Black at the right, not replicated: callers tell the 16-bit source by it.
 constexpr Recipe2x2 kRaw16ToBgr = recipe<FetchRaw16TopByte, PutBgr>(ColumnStep::kOne, LineEnd::kZero);
+
+constexpr Recipe2x2 kRaw8ToYuv444 =
+    recipe<FetchRaw8, PutYuv444>(ColumnStep::kOne, LineEnd::kCopyOfPixelBefore);
 
 void demosaic_2x2(const Recipe2x2& recipe, uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                   uint32_t pattern) {

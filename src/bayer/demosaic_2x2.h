@@ -27,6 +27,6 @@ struct Recipe2x2 {
 void demosaic_2x2(const Recipe2x2& recipe, uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                   uint32_t pattern);
 
-extern const Recipe2x2 kRaw8ToBgr, kRaw8ToY8, kRaw8ToGreyBgr, kRaw16ToBgr;
+extern const Recipe2x2 kRaw8ToBgr, kRaw8ToY8, kRaw8ToGreyBgr, kRaw16ToBgr, kRaw8ToYuv444;
 
 }  // namespace qvn

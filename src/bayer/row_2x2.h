@@ -63,44 +63,52 @@ inline RgbPairs windows_2x2(const CellLine& line, size_t x, const RgbPairs*) {
   }
 }
 
-// Pixels `from` to n - 1, one at a time.
-template <class Fetch, class Put>
-void row_2x2_plain(const CellLine& line, uint8_t* out, size_t from, size_t n) {
-  for (size_t x = from; x < n; ++x) Put::pixel(out + x * Put::kPixelBytes, window_2x2<Fetch>(line, x));
+// Pixels `from` to n - 1, one at a time. An output takes pixel x as numbers, or pixels x, x + 1, ... as
+// lanes.
+template <class Fetch, class Output>
+void row_2x2_plain(const Output& out, const CellLine& line, size_t from, size_t n) {
+  for (size_t x = from; x < n; ++x) out.pixel(x, window_2x2<Fetch>(line, x));
 }
 
-// A vector at a time; the last one overlaps the one before it, so that no pixel is left over. Column phase
-// and parity of the first column choose between two loops, outside of them.
-template <class Fetch, class Put, int Odd>
-void put_windows_2x2(const CellLine& line, uint8_t* out, size_t x) {
-  using Pixels = typename Put::Pixels;
-  constexpr const Pixels* kForm = nullptr;
-  Put::pixels(out + x * Put::kPixelBytes, windows_2x2<Fetch, Odd>(line, x, kForm));
-}
-
-template <class Fetch, class Put, int Odd>
-void row_2x2_vectors(CellLine line, uint8_t* out, size_t n) {
+// A vector at a time; the last one overlaps the one before it, so that no pixel is left over. An output that
+// takes whole pairs only gets the last pixel of an odd number by itself.
+template <class Fetch, int Odd, class Output>
+void row_2x2_vectors(const Output& out, CellLine line, size_t n) {
   constexpr size_t kStep = kLaneBytes;
+  constexpr const typename Output::Pixels* kForm = nullptr;
   size_t x = 0;
-  for (; x + kStep <= n; x += kStep) put_windows_2x2<Fetch, Put, Odd>(line, out, x);
+  for (; x + kStep <= n; x += kStep) out.pixels(x, windows_2x2<Fetch, Odd>(line, x, kForm));
   if (x == n) return;
   x = n - kStep;
   if (x % 2 == 0) {
-    put_windows_2x2<Fetch, Put, Odd>(line, out, x);
+    out.pixels(x, windows_2x2<Fetch, Odd>(line, x, kForm));
+  } else if constexpr (Output::kWholePairs) {
+    out.pixels(x - 1, windows_2x2<Fetch, Odd>(line, x - 1, kForm));
+    row_2x2_plain<Fetch>(out, line, n - 1, n);
   } else {
-    put_windows_2x2<Fetch, Put, 1 - Odd>(line, out, x);
+    out.pixels(x, windows_2x2<Fetch, 1 - Odd>(line, x, kForm));
   }
 }
 
-template <class Fetch, class Put>
-void row_2x2(const CellLine& line, uint8_t* out, size_t n) {
+template <class Fetch, class Output>
+void row_2x2(const Output& out, const CellLine& line, size_t n) {
   if (!kVectorRows || n < kLaneBytes) {
-    row_2x2_plain<Fetch, Put>(line, out, 0, n);
+    row_2x2_plain<Fetch>(out, line, 0, n);
   } else if (line.column_phase == 0) {
-    row_2x2_vectors<Fetch, Put, 0>(line, out, n);
+    row_2x2_vectors<Fetch, 0>(out, line, n);
   } else {
-    row_2x2_vectors<Fetch, Put, 1>(line, out, n);
+    row_2x2_vectors<Fetch, 1>(out, line, n);
   }
 }
+
+// An output that writes packed pixels by a put.
+template <class Put>
+struct PackedPixels {
+  using Pixels = typename Put::Pixels;
+  static constexpr bool kWholePairs = false;
+  uint8_t* dst;
+  void pixel(size_t x, Rgb<uint32_t> p) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
+  void pixels(size_t x, Pixels p) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
+};
 
 }  // namespace qvn

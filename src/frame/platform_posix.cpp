@@ -42,8 +42,10 @@ static_assert(sizeof(VersionNote) == 12 + 12 + 16, "a note has no gaps");
     {{QUORVANE_VERSION_MAJOR, QUORVANE_VERSION_MINOR, QUORVANE_VERSION_PATCH, QUORVANE_VERSION_TWEAK},
      {QUORVANE_VERSION_MAJOR, QUORVANE_VERSION_MINOR, QUORVANE_VERSION_PATCH, QUORVANE_VERSION_TWEAK}}};
 
+// The loader tells addresses as numbers.
 const std::byte* address_in(const dl_phdr_info& image, uintptr_t offset) {
-  return reinterpret_cast<const std::byte*>(static_cast<uintptr_t>(image.dlpi_addr) + offset);
+  const auto address = static_cast<uintptr_t>(image.dlpi_addr) + offset;
+  return reinterpret_cast<const std::byte*>(address);  // NOLINT(performance-no-int-to-ptr)
 }
 
 bool image_holds(const dl_phdr_info& image, const void* address) {

@@ -19,9 +19,7 @@ extern Logger* process_logger;
 // Writes "Entered method NAME" at debug level to the installed logger. Only called when there is one.
 void log_entered_method(const char* name);
 
-namespace {
 // Reached from every file with an entry in it, also where the entry reads none of the state above.
-[[gnu::used]] const void* const start_up_anchor = &version_word;
-}  // namespace
+[[gnu::used]] static const void* const start_up_anchor = &version_word;
 
 }  // namespace qvn

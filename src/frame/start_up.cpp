@@ -6,6 +6,7 @@
 #include <memory_resource>
 #include <string>
 
+#include "convert/yuv_tables.h"
 #include "frame/error_text.h"
 #include "frame/logger.h"
 #include "frame/process_state.h"
@@ -22,8 +23,8 @@ constinit std::pmr::memory_resource* text_heap = nullptr;
 
 using Initialiser = void (*)();
 constexpr Initialiser kLoadOrder[] = {
-    bind_string_support,
-    build_error_text_map,
+    bind_string_support, build_yuv_tables, build_error_text_map,
+    build_yuv_tables,  // finds its guard cleared
 };
 
 std::pmr::string version_line(const OwnPath& path, const VersionRecord& record) {

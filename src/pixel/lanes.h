@@ -61,6 +61,8 @@ using Bytes = Lanes<uint8_t>;
 using Words = Lanes<uint16_t>;
 using DoubleWords = Lanes<uint32_t>;
 using QuadWords = Lanes<uint64_t>;
+using SignedBytes = Lanes<int8_t>;
+using SignedWords = Lanes<int16_t>;
 
 template <class V>
 inline V load(const uint8_t* from) {
@@ -151,6 +153,9 @@ inline Words odd_bytes(Bytes v) { return as<Words>(v) >> 8; }
 // Bits 15..8 of two sets of words as bytes: those of `even` at even places, those of `odd` at odd ones.
 inline Bytes join_top_bytes(Words even, Words odd) { return as<Bytes>((even >> 8) | (odd & 0xFF00)); }
 
+// Words up to 255 as bytes, at the same places.
+inline Bytes join_bytes(Words even, Words odd) { return as<Bytes>(even | (odd << 8)); }
+
 // The mean of each pair of bytes, rounded down: their common bits and half of the others.
 inline Bytes mean_floor(Bytes a, Bytes b) { return (a & b) + ((a ^ b) >> 1); }
 inline Words mean_floor(Words a, Words b) { return (a & b) + ((a ^ b) >> 1); }
@@ -184,5 +189,17 @@ inline V interleave_high(V a, V b) {
 
 inline Bytes split2_even(Bytes first, Bytes second) { return shuffle<places::even>(first, second); }
 inline Bytes split2_odd(Bytes first, Bytes second) { return shuffle<places::odd>(first, second); }
+
+// ---- And back: lanes of a and b in turn, over the whole vector; the lower and the upper half of the result.
+
+namespace places {
+template <int Half>
+constexpr int zip(int i) {
+  return Half * kLaneBytes / 2 + i / 2 + (i % 2) * kLaneBytes;
+}
+}  // namespace places
+
+inline Bytes zip_low(Bytes a, Bytes b) { return shuffle<places::zip<0>>(a, b); }
+inline Bytes zip_high(Bytes a, Bytes b) { return shuffle<places::zip<1>>(a, b); }
 
 }  // namespace qvn

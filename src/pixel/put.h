@@ -2,6 +2,8 @@
 // how a vector of consecutive pixels is, in the form `Pixels`; it writes those bytes only.
 #pragma once
 
+#include <type_traits>
+
 #include "pixel/lanes.h"
 #include "pixel/luma.h"
 #include "pixel/merge3.h"
@@ -38,5 +40,15 @@ struct PutGreyBgr {
   }
   static void pixels(uint8_t* out, RgbPairs p) { store_triple(out, luma_77_150_29(p)); }
 };
+
+// A vector of pixels that are at hand as words, in the form that the put takes.
+template <class Put>
+inline void put_pairs(uint8_t* out, RgbPairs p) {
+  if constexpr (std::is_same_v<typename Put::Pixels, RgbPairs>) {
+    Put::pixels(out, p);
+  } else {
+    Put::pixels(out, {join_bytes(p.even.r, p.odd.r), join_bytes(p.even.g, p.odd.g), join_bytes(p.even.b, p.odd.b)});
+  }
+}
 
 }  // namespace qvn

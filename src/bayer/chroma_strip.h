@@ -1,0 +1,98 @@
+// A strip of a line as Y, U and V: up to kStripPixels pixels, with chroma apart for even and odd pixels and
+// for a halo of one pair on each side. A strip is a few kilobytes of stack, whatever the line's width.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "bayer/row_2x2.h"
+#include "pixel/yuv.h"
+
+namespace qvn {
+
+// A line is cut into strips of kStripStep pixels; what is left of up to kStripPixels makes the last one, so
+// that no strip is shorter than kStripPixels - kStripStep, unless the line is.
+inline constexpr size_t kStripStep = 256, kStripPixels = kStripStep + 16;
+inline constexpr size_t kStripPairs = kStripPixels / 2;
+
+inline size_t strip_length(size_t left) { return left <= kStripPixels ? left : kStripStep; }
+
+// One chroma channel of a strip: pair q at index q + 1, the pairs beside the strip at both ends.
+struct ChromaPairs {
+  std::array<uint16_t, kStripPairs + 2> even, odd;
+};
+
+struct ChromaStrip {
+  std::array<uint8_t, kStripPixels> y;
+  ChromaPairs u, v;
+};
+
+// The mosaic as a flat run of pixels: what the last column repeats and what the last line repeats.
+struct Mosaic {
+  const uint8_t* src;
+  uint32_t width, height, pattern;
+
+  CellLine line(uint32_t row) const {
+    return cell_line(src, width, row < height - 2 ? row : height - 2, pattern);
+  }
+  Yuv<uint32_t> pixel(uint32_t row, uint32_t x) const {
+    return yuv_of(window_2x2<FetchRaw8>(line(row), x < width - 2 ? x : width - 2));
+  }
+};
+
+// Fills a strip from rows of windows.
+struct StripOutput {
+  using Pixels = RgbPairs;
+  static constexpr bool kWholePairs = true;
+  ChromaStrip& strip;
+
+  void pixel(size_t x, Rgb<uint32_t> p) const {
+    const Yuv<uint32_t> yuv = yuv_of(p);
+    strip.y[x] = static_cast<uint8_t>(yuv.y);
+    (x % 2 == 0 ? strip.u.even : strip.u.odd)[x / 2 + 1] = static_cast<uint16_t>(yuv.u);
+    (x % 2 == 0 ? strip.v.even : strip.v.odd)[x / 2 + 1] = static_cast<uint16_t>(yuv.v);
+  }
+
+  void pixels(size_t x, RgbPairs p) const {
+    const size_t q = x / 2 + 1;
+    store(&strip.y[x], luma_77_150_29(p));
+    store_words(&strip.u.even[q], weighted_u(p.even) >> 8);
+    store_words(&strip.u.odd[q], weighted_u(p.odd) >> 8);
+    store_words(&strip.v.even[q], weighted_v(p.even) >> 8);
+    store_words(&strip.v.odd[q], weighted_v(p.odd) >> 8);
+  }
+
+ private:
+  static void store_words(uint16_t* to, Words words) { std::memcpy(to, &words, sizeof words); }
+};
+
+// The n pixels of a line from column x on (both even); the halo is left alone.
+inline void fill_strip(ChromaStrip& strip, const Mosaic& mosaic, uint32_t row, uint32_t x, size_t n) {
+  CellLine line = mosaic.line(row);
+  line.red += x;
+  line.blue += x;
+  const bool line_end = x + n == mosaic.width;
+  row_2x2<FetchRaw8>(StripOutput{strip}, line, line_end ? n - 1 : n);
+  if (!line_end) return;
+  strip.y[n - 1] = strip.y[n - 2];
+  strip.u.odd[n / 2] = strip.u.even[n / 2];
+  strip.v.odd[n / 2] = strip.v.even[n / 2];
+}
+
+// The pair right behind the strip: of the line, or of the start of the next one.
+inline void fill_right_halo(ChromaStrip& strip, const Mosaic& mosaic, uint32_t row, uint32_t x, size_t n) {
+  const auto end = static_cast<uint32_t>(x + n);
+  const bool line_end = end == mosaic.width;
+  const auto pixel = [&](uint32_t i) {
+    return line_end ? mosaic.pixel(row + 1, i) : mosaic.pixel(row, end + i);
+  };
+  const Yuv<uint32_t> first = pixel(0), second = pixel(1);
+  const size_t q = n / 2 + 1;
+  strip.u.even[q] = static_cast<uint16_t>(first.u);
+  strip.v.even[q] = static_cast<uint16_t>(first.v);
+  strip.u.odd[q] = static_cast<uint16_t>(second.u);
+  strip.v.odd[q] = static_cast<uint16_t>(second.v);
+}
+
+}  // namespace qvn

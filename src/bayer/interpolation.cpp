@@ -1,0 +1,100 @@
+// The interpolations in the plain way, pass by pass.
+#include "bayer/interpolation.h"
+
+#include <cstddef>
+#include <cstring>
+
+#include "bayer/demosaic_2x2.h"
+#include "bayer/interpolation_rows.h"
+#include "convert/yuv_tables.h"
+#include "convert/yuv_to_bgr.h"
+
+namespace qvn {
+
+namespace {
+
+constexpr size_t kPixel = 3, kU = 1, kV = 2;  // a pixel of the working frame is Y, U, V
+constexpr size_t kPair = 2 * kPixel;
+
+void put_group(uint8_t* out, uint32_t u, uint8_t y0, uint32_t v, uint8_t y1) {
+  out[0] = static_cast<uint8_t>(u);
+  out[1] = y0;
+  out[2] = static_cast<uint8_t>(v);
+  out[3] = y1;
+}
+
+void pack_pairs(uint8_t* out, const uint8_t* frame, uint32_t pairs) {
+  for (uint32_t q = 0; q < pairs; ++q, out += 4, frame += kPair) {
+    const auto mean = [frame](size_t c) { return uint32_t(frame[c] + frame[kPixel + c]) >> 1; };
+    put_group(out, mean(kU), frame[0], mean(kV), frame[kPixel]);
+  }
+}
+
+// The last two pairs have no four pixels ahead in their half: they repeat the pair before them, luma and all.
+void pack_box4(uint8_t* out, const uint8_t* frame, uint32_t pairs) {
+  for (uint32_t q = 0; q < pairs - 2; ++q, out += 4, frame += kPair) {
+    const auto mean = [frame](size_t c) {
+      return uint32_t(frame[c] + frame[kPixel + c] + frame[2 * kPixel + c] + frame[3 * kPixel + c]) >> 2;
+    };
+    put_group(out, mean(kU), frame[0], mean(kV), frame[kPixel]);
+  }
+  std::memcpy(out, out - 4, 4);
+  std::memcpy(out + 4, out - 4, 4);
+}
+
+}  // namespace
+
+void BayerToYUV444(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height, uint32_t pattern) {
+  demosaic_2x2(kRaw8ToYuv444, dst, src, width, height, pattern);
+}
+
+void PackLCAAV(uint8_t* out, const uint8_t* frame, uint32_t width, uint32_t lines) {
+  const uint32_t ahead = ((lines - 1) * width) >> 1;  // pairs before the last line
+  const auto pitch = static_cast<ptrdiff_t>(kPixel * width);
+  const uint8_t* left = frame;  // the very first left tap is the pair's own first pixel
+  const auto pack_block = [&](ptrdiff_t other_line) {
+    const uint8_t* other = frame + other_line - kPixel;
+    const auto mean = [&](size_t c) {
+      return uint32_t(left[c] + frame[c] + frame[kPixel + c] + frame[2 * kPixel + c] + other[c] +
+                      other[kPixel + c] + other[2 * kPixel + c] + other[3 * kPixel + c] + 4) >>
+             3;
+    };
+    put_group(out, mean(kU), frame[0], mean(kV), frame[kPixel]);
+    left = frame + kPixel;
+    out += 4;
+    frame += kPair;
+  };
+  for (uint32_t q = 1; q < ahead; ++q) pack_block(pitch);
+  for (uint32_t q = 1; q < width >> 1; ++q) pack_block(-pitch);
+  for (int q = 0; q < 2; ++q, out += 4, frame += kPair) {
+    put_group(out, frame[kU], frame[0], frame[kV], frame[kPixel]);
+  }
+}
+
+void pack_half_frame(ChromaFilter filter, uint8_t* out, const uint8_t* frame, uint32_t width,
+                     uint32_t height) {
+  const uint32_t pairs = ((height >> 1) * width) >> 1;
+  switch (filter) {
+    case ChromaFilter::kPair:
+      return pack_pairs(out, frame, pairs);
+    case ChromaFilter::kBox4:
+      return pack_box4(out, frame, pairs);
+    case ChromaFilter::kBlock8:
+      return PackLCAAV(out, frame, width, height >> 1);
+  }
+}
+
+void interpolate(ChromaFilter filter, uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
+                 uint32_t pattern) {
+  if (runs_by_rows(width, height)) return interpolate_rows(filter, dst, src, width, height, pattern);
+  BayerToYUV444(dst, src, width, height, pattern);
+  // With an odd height a half holds fewer pairs than are converted: the rest is what `src` holds there.
+  const uint32_t pixels = (width * height) >> 1;
+  const uint32_t second_half = (width * height * 3) >> 1;
+  for (uint8_t* half : {dst, dst + second_half}) {
+    pack_half_frame(filter, src, half, width, height);
+    YUV422ToBGRAdjustable(half, src, pixels, color_tables.hue_sat.hue, color_tables.hue_sat.saturation);
+  }
+}
+
+}  // namespace qvn

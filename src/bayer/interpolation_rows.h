@@ -1,0 +1,20 @@
+// The interpolations row by row, for frames of even width and height: the working frame never leaves the
+// cache. Both buffers end up byte for byte as the three passes leave them.
+#pragma once
+
+#include <cstdint>
+
+#include "bayer/interpolation.h"
+
+namespace qvn {
+
+// From this size on every half has lines enough that no tap looks before its half, and every line pairs
+// enough for its end.
+inline bool runs_by_rows(uint32_t width, uint32_t height) {
+  return width % 2 == 0 && height % 2 == 0 && width >= 8 && height >= 6;
+}
+
+void interpolate_rows(ChromaFilter filter, uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
+                      uint32_t pattern);
+
+}  // namespace qvn
