@@ -1,0 +1,51 @@
+/// Replacements of the program's operator new and delete, over malloc and free.
+#include "frame/failing_new.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+thread_local std::size_t count = 0;
+thread_local std::size_t calls_to_failure = 0;
+thread_local void (*next_callback)() = nullptr;
+std::atomic<long> live = 0;
+
+void* allocate(std::size_t size) {
+  ++count;
+  if (next_callback != nullptr) {
+    auto* const callback = next_callback;
+    next_callback = nullptr;
+    callback();
+  }
+  if (calls_to_failure != 0 && --calls_to_failure == 0) throw std::bad_alloc();
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++live;
+  return memory;
+}
+
+void release(void* memory) {
+  if (memory == nullptr) return;
+  --live;
+  std::free(memory);
+}
+
+}  // namespace
+
+namespace support {
+
+std::size_t allocation_count() { return count; }
+void fail_allocation(std::size_t calls) { calls_to_failure = calls; }
+void at_next_allocation(void (*callback)()) { next_callback = callback; }
+long live_allocations() { return live; }
+
+}  // namespace support
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void operator delete(void* memory) noexcept { release(memory); }
+void operator delete[](void* memory) noexcept { release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
