@@ -1,0 +1,92 @@
+// The two listings, built from the tables and from what the loader says.
+#include "about.h"
+
+#include <dlfcn.h>
+#include <quorvane/quorvane.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "conversions.h"
+#include "formats.h"
+
+namespace qvn::tool {
+namespace {
+
+std::string padded(std::string_view text, std::size_t width) {
+  std::string field(text);
+  field.resize(std::max(field.size() + 1, width), ' ');
+  return field;
+}
+
+/// By name through the loader, since an address taken here may be a stub inside this program.
+std::string library_file() {
+  Dl_info info{};
+  void* const symbol = dlsym(RTLD_DEFAULT, "QVN_GetVersion");
+  if (symbol == nullptr || dladdr(symbol, &info) == 0 || info.dli_fname == nullptr) {
+    return "unknown";
+  }
+  return info.dli_fname;
+}
+
+/// The loader's choice shows in the path: .../glibc-hwcaps/LEVEL/libquorvane.so.2.
+std::string level_of(const std::string& path) {
+  const std::string folder = "/glibc-hwcaps/";
+  const std::size_t at = path.rfind(folder);
+  if (at == std::string::npos) {
+    return "baseline";
+  }
+  const std::size_t start = at + folder.size();
+  return path.substr(start, path.find('/', start) - start);
+}
+
+}  // namespace
+
+std::string list_formats() {
+  std::string text = "Source formats (--from, --format)\n";
+  for (const SourceFormat& format : source_formats()) {
+    text += "  " + padded(format.name, 10) + std::string(format.about);
+    if (format.netpbm_channels != 0) {
+      text += format.netpbm_channels == 1 ? "; also in a PGM" : "; also in a PPM";
+    }
+    text += "\n";
+    const auto conversions = conversions_of(format);
+    for (const Conversion* const conversion : conversions) {
+      text += "            --method " + padded(conversion->method, 8) + "--to " +
+              padded(conversion->target, 10) + padded(conversion->entry, 24) +
+              "width: " + width_rule(*conversion) + "\n";
+    }
+    if (conversions.empty()) {
+      text += "            written by qvn chart\n";
+    }
+  }
+  text += "\nTargets (--to)\n";
+  for (const Target& target : targets()) {
+    text += "  " + padded(target.name, 10) + std::string(target.about) + "\n";
+  }
+  text += "\nBayer orders (--pattern): first two samples of the first line, then of the second\n ";
+  for (const std::string& name : pattern_names()) {
+    text += " " + name;
+  }
+  text +=
+      "\n\nFiles read\n"
+      "  headerless frames (--from and --size say what they hold)\n"
+      "  PGM, PPM  binary, 8 and 16 bits, with their own size; a PPM also as a chart's --scene\n"
+      "\nFiles written\n"
+      "  PNG, PPM, PGM  8 and 16 bits, by the suffix or --out-format\n"
+      "  headerless frames by qvn chart\n";
+  return text;
+}
+
+std::string describe_version() {
+  std::uint32_t word = 0;
+  QVN_GetVersion(&word);
+  std::array<char, 64> text{};
+  static_cast<void>(std::snprintf(text.data(), text.size(), "qvn %u.%u.%u.%u (version word 0x%08X)",
+                                  word >> 24, word >> 16 & 0xFF, word >> 8 & 0xFF, word & 0xFF, word));
+  const std::string file = library_file();
+  return std::string(text.data()) + "\nlibrary: " + file + "\nlevel: " + level_of(file);
+}
+
+}  // namespace qvn::tool

@@ -1,0 +1,165 @@
+// The rules that tell headerless frames from netpbm files, and the choice of the output's file format.
+#include "frame_file.h"
+
+#include <algorithm>
+
+#include "failure.h"
+#include "files.h"
+#include "formats.h"
+#include "netpbm.h"
+#include "png_file.h"
+
+namespace qvn::tool {
+namespace {
+
+/// The largest picture: six bytes a pixel and a header with some comments.
+constexpr std::uint64_t kLongestFile = kMaxPixels * 6 + 65536;
+
+bool is_netpbm_suffix(const std::string& suffix) {
+  return suffix == "pgm" || suffix == "ppm" || suffix == "pnm";
+}
+
+std::string sample_form(std::uint32_t channels, std::uint32_t depth) {
+  return std::string(channels == 1 ? "a PGM" : "a PPM") + " of " + std::to_string(depth) + "-bit samples";
+}
+
+Frame frame_of_netpbm(const Input& input, const FrameOptions& options) {
+  const std::string name = input_name(options.path);
+  if (input.cut) {
+    throw Failure(name + " is too long: expected at most " + std::to_string(kLongestFile) + " bytes");
+  }
+  Picture picture = decode_netpbm(input.bytes, name);
+  Frame frame;
+  frame.format = options.format.empty() ? &format_of_netpbm(picture.channels, picture.depth)
+                                        : &find_format(options.format);
+  if (frame.format->netpbm_channels != picture.channels || frame.format->netpbm_depth != picture.depth) {
+    throw Failure(name + ": expected " +
+                  (frame.format->netpbm_channels == 0
+                       ? "a headerless file"
+                       : sample_form(frame.format->netpbm_channels, frame.format->netpbm_depth)) +
+                  " for " + std::string(frame.format->name) + ", found " +
+                  sample_form(picture.channels, picture.depth));
+  }
+  if (!options.size.empty() && parse_size(options.size) != picture.size) {
+    throw Failure(name + ": expected " + options.size + " as --size says, found " + to_text(picture.size));
+  }
+  frame.size = picture.size;
+  frame.bytes = std::move(picture.bytes);
+  return frame;
+}
+
+Frame frame_of_bytes(const FrameOptions& options) {
+  const std::string name = input_name(options.path);
+  if (options.format.empty()) {
+    throw Failure(name + " has no header: expected --from with a format, found none");
+  }
+  Frame frame;
+  frame.format = &find_format(options.format);
+  frame.size = parse_size(options.size);
+  const std::size_t expected = frame.format->bytes(frame.size);
+  Input input = read_input(options.path, expected);
+  if (input.cut || input.length != expected) {
+    const bool more = input.cut || input.length > expected;
+    const std::string found = input.length > expected || !more ? std::to_string(input.length) : "more";
+    throw Failure(name + " is too " + (more ? "long" : "short") + ": expected " + std::to_string(expected) +
+                  " bytes for " + std::string(frame.format->name) + " at " + to_text(frame.size) +
+                  ", found " + found);
+  }
+  frame.bytes = std::move(input.bytes);
+  return frame;
+}
+
+std::string file_format_of(const std::string& path, const std::string& file_format, bool raw_too) {
+  std::vector<std::string> known{"png", "ppm", "pgm"};
+  if (raw_too) {
+    known.emplace_back("raw");
+  }
+  const auto is_known = [&](const std::string& name) {
+    return std::find(known.begin(), known.end(), name) != known.end();
+  };
+  if (!file_format.empty()) {
+    if (!is_known(file_format)) {
+      throw Failure("unknown file format " + quoted(file_format) + ": expected " + one_of(known));
+    }
+    return file_format;
+  }
+  std::string suffix = suffix_of(path);
+  if (is_known(suffix)) {
+    return suffix;
+  }
+  if (raw_too) {
+    return "raw";
+  }
+  throw Failure("cannot tell the file format of " + (path == "-" ? "standard output" : quoted(path)) +
+                ": expected a name that ends in .png, .ppm or .pgm, or --out-format");
+}
+
+void check_channels(const std::string& file_format, std::uint32_t channels) {
+  if ((file_format == "pgm" && channels != 1) || (file_format == "ppm" && channels != 3)) {
+    throw Failure("a " + std::string(file_format == "pgm" ? "PGM" : "PPM") +
+                  " file cannot hold the picture: expected " +
+                  (file_format == "pgm" ? "1 channel" : "3 channels") + ", found " +
+                  std::to_string(channels) + "; use png or " + (channels == 1 ? "pgm" : "ppm"));
+  }
+}
+
+}  // namespace
+
+Frame read_frame(const FrameOptions& options) {
+  const Pattern& pattern = find_pattern(options.pattern);
+  if (!options.format.empty()) {
+    static_cast<void>(find_format(options.format));
+  }
+  Frame frame;
+  if (!options.size.empty() && !is_netpbm_suffix(suffix_of(options.path))) {
+    frame = frame_of_bytes(options);
+  } else {
+    const Input input = read_input(options.path, kLongestFile);
+    if (!is_netpbm_suffix(suffix_of(options.path)) && !looks_like_netpbm(input.bytes)) {
+      throw Failure(input_name(options.path) + " has no header: expected --size WIDTHxHEIGHT, found none");
+    }
+    frame = frame_of_netpbm(input, options);
+  }
+  frame.pattern = &pattern;
+  return frame;
+}
+
+SceneImage read_scene(const std::string& path) {
+  const Picture picture = decode_netpbm(read_input(path, kLongestFile).bytes, input_name(path));
+  if (picture.channels != 3) {
+    throw Failure(input_name(path) + ": expected a PPM as the scene, found a PGM");
+  }
+  SceneImage scene{picture.size, {}};
+  scene.rgb.reserve(picture.size.pixels() * 3);
+  for (std::size_t i = 0; i < picture.bytes.size(); i += picture.depth / 8) {
+    scene.rgb.push_back(picture.depth == 8
+                            ? static_cast<float>(picture.bytes[i]) / 255.0F
+                            : static_cast<float>(picture.bytes[i] * 256 + picture.bytes[i + 1]) / 65535.0F);
+  }
+  return scene;
+}
+
+void check_picture_name(const std::string& path, const std::string& file_format, std::uint32_t channels) {
+  check_channels(file_format_of(path, file_format, false), channels);
+}
+
+void write_picture(const std::string& path, const std::string& file_format, const Picture& picture) {
+  const std::string chosen = file_format_of(path, file_format, false);
+  check_channels(chosen, picture.channels);
+  write_output(path, chosen == "png" ? encode_png(picture) : encode_netpbm(picture));
+}
+
+void write_frame(const std::string& path, const std::string& file_format, const Frame& frame) {
+  const std::string chosen = file_format_of(path, file_format, true);
+  if (chosen == "raw") {
+    write_output(path, frame.bytes);
+    return;
+  }
+  if (frame.format->netpbm_channels == 0) {
+    throw Failure(std::string(frame.format->name) + " fits no " + chosen + " file: expected raw");
+  }
+  write_picture(path, chosen,
+                {frame.size, frame.format->netpbm_channels, frame.format->netpbm_depth, frame.bytes});
+}
+
+}  // namespace qvn::tool

@@ -1,0 +1,18 @@
+// Binary PGM (P5) and PPM (P6), 8 and 16 bits a sample.
+//
+// A file's samples run from 0 to its own highest value; what is read comes out scaled to the full range of 8
+// or 16 bits, so that a PGM of a 12-bit sensor is as bright as it should be.
+#pragma once
+
+#include "frame.h"
+
+namespace qvn::tool {
+
+/// Whether the bytes begin like a PGM or PPM.
+bool looks_like_netpbm(const std::vector<std::uint8_t>& bytes);
+/// `name` begins the sentence of a Failure.
+Picture decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name);
+/// One channel gives a PGM, three a PPM.
+std::vector<std::uint8_t> encode_netpbm(const Picture& picture);
+
+}  // namespace qvn::tool

@@ -1,0 +1,10 @@
+// PNG files of grey and colour pictures, 8 and 16 bits a sample, encoded in memory.
+#pragma once
+
+#include "frame.h"
+
+namespace qvn::tool {
+
+std::vector<std::uint8_t> encode_png(const Picture& picture);
+
+}  // namespace qvn::tool
