@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds everything, and runs all tests at every instruction-set level that this machine
+# runs. Another preset as the argument: scripts/test.sh asan
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source scripts/packages.sh
+
+preset=${1:-dev}
+install_packages "${build_packages[@]}" "${test_packages[@]}"
+cmake --preset "$preset" -G Ninja
+cmake --build --preset "$preset"
+ctest --preset "$preset" -j "$(nproc)"
