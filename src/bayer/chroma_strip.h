@@ -14,17 +14,18 @@ namespace qvn {
 // A line is cut into strips of kStripStep pixels; what is left of up to kStripPixels makes the last one, so
 // that no strip is shorter than kStripPixels - kStripStep, unless the line is.
 inline constexpr size_t kStripStep = 256, kStripPixels = kStripStep + 16;
-inline constexpr size_t kStripPairs = kStripPixels / 2;
+// Rows of vectors may read a vector's width more than a strip holds.
+inline constexpr size_t kStripRoom = kStripPixels + kLaneBytes;
 
 inline size_t strip_length(size_t left) { return left <= kStripPixels ? left : kStripStep; }
 
 // One chroma channel of a strip: pair q at index q + 1, the pairs beside the strip at both ends.
 struct ChromaPairs {
-  std::array<uint16_t, kStripPairs + 2> even, odd;
+  std::array<uint16_t, kStripRoom / 2 + 2> even{}, odd{};
 };
 
 struct ChromaStrip {
-  std::array<uint8_t, kStripPixels> y;
+  std::array<uint8_t, kStripRoom> y{};
   ChromaPairs u, v;
 };
 

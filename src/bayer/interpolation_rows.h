@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "bayer/interpolation.h"
+#include "pixel/lanes.h"
 
 namespace qvn {
 

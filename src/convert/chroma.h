@@ -1,55 +1,55 @@
 // What a pixel's chroma adds to its luma: the two sets of YUV arithmetic, each as the tables give it for one
-// pixel and, without tables, for a vector of them. Both are equal for every U and V, which the tests run
+// pixel and, without tables, for a vector of them. Both are equal for every Y, U and V, which the tests run
 // through.
 //
-// An offset of a vector is two bytes of which one is 0, what goes up and what goes down, so that sums and
-// clamps stay in bytes.
+// Vectors take luma as words and chroma as words of 4 * (chroma - 128), and give colours as words that are
+// still to be clamped to a byte.
 #pragma once
 
 #include "convert/yuv_tables.h"
+#include "pixel/products.h"
 #include "pixel/rgb.h"
-#include "pixel/saturate.h"
 
 namespace qvn {
 
-struct Offset {
-  Bytes up, down;
-};
+using Singles = Lanes<float>;
 
-inline Bytes shift_clamped(Bytes y, Offset offset) {
-  return subtract_saturated(add_saturated(y, offset.up), offset.down);
+// (4 * c * factor) >> 16 with these factors is the floor of c times the constant, for all c = -128 .. 127.
+// Only 0 gives a whole number, so below it truncation toward zero is the floor and one.
+inline constexpr int16_t kFactorBlueFromU = 29015;   // 1.771 * 65536 / 4
+inline constexpr int16_t kFactorRedFromV = 22974;    // 1.4022
+inline constexpr int16_t kFactorGreenFromU = 5664;   // 0.3457
+inline constexpr int16_t kFactorGreenFromV = 11710;  // 0.7144
+
+namespace places {
+template <int Even, int Odd>
+constexpr int alternate(int i) {
+  return i % 2 == 0 ? Even : Odd;
+}
+}  // namespace places
+
+// Words that serve U V U V ...
+template <int ForU, int ForV>
+inline SignedWords alternating() {
+  return constant<SignedWords, places::alternate<ForU, ForV>>();
 }
 
-inline Rgb<Bytes> shift_clamped(Bytes y, const Rgb<Offset>& offsets) {
-  return {shift_clamped(y, offsets.r), shift_clamped(y, offsets.g), shift_clamped(y, offsets.b)};
+inline SignedWords all_words(int16_t value) { return SignedWords{} + value; }
+
+// Bytes to words of 4 * (byte - 128): as the upper bytes of words, with the sign bit turned, they are signed.
+inline SignedWords chroma_low(Bytes chroma) {
+  return as<SignedWords>(interleave_low(Bytes{}, chroma ^ 0x80)) >> 6;
+}
+inline SignedWords chroma_high(Bytes chroma) {
+  return as<SignedWords>(interleave_high(Bytes{}, chroma ^ 0x80)) >> 6;
+}
+inline SignedWords chroma_even(Bytes chroma) {
+  return as<SignedWords>((as<Words>(chroma) << 8) ^ 0x8000) >> 6;
 }
 
-// A chroma byte about its centre: the distance from 128, and all bits set where it lies below.
-struct Chroma {
-  Bytes distance, below;
-};
-
-inline Chroma centred(Bytes chroma) {
-  const Bytes signed_distance = chroma ^ 0x80;
-  const Bytes below = as<Bytes>(as<SignedBytes>(signed_distance) < 0);
-  return {(signed_distance ^ below) - below, below};
-}
-
-// (distance * Factor + Bias) >> Shift. With the numbers below it is the distance times a constant, rounded
-// down, for all 129 distances, and the product fits 16 bits.
-template <uint16_t Factor, uint16_t Bias, int Shift>
-inline Bytes scaled(Bytes distance) {
-  static_assert(128 * Factor + Bias < 65536 && Shift >= 8);
-  const Words factors = factor<Words>(Factor);
-  const Words even = even_bytes(distance) * factors + Bias, odd = odd_bytes(distance) * factors + Bias;
-  return as<Bytes>((even >> Shift) | ((odd >> Shift) << 8));
-}
-
-// Magnitudes, rounded down; 1.771 is 2 - 0.229, the product of which is rounded up.
-inline Bytes scaled_1_771(Bytes distance) { return distance + distance - scaled<469, 2047, 11>(distance); }
-inline Bytes scaled_1_4022(Bytes distance) { return distance + scaled<205, 84, 9>(distance); }
-inline Bytes scaled_0_3457(Bytes distance) { return scaled<177, 0, 9>(distance); }
-inline Bytes scaled_0_7144(Bytes distance) { return scaled<183, 0, 8>(distance); }
+inline SignedWords luma_low(Bytes luma) { return as<SignedWords>(interleave_low(luma, Bytes{})); }
+inline SignedWords luma_high(Bytes luma) { return as<SignedWords>(interleave_high(luma, Bytes{})); }
+inline SignedWords luma_odd(Bytes luma) { return as<SignedWords>(odd_bytes(luma)); }
 
 // Each chroma term truncated toward zero on its own, then the sum.
 struct PackedChroma {
@@ -59,17 +59,28 @@ struct PackedChroma {
             clamp(y + high_half(from_u))};
   }
 
-  static Rgb<Offset> offsets(Bytes u_byte, Bytes v_byte) {
-    const Chroma u = centred(u_byte), v = centred(v_byte);
-    const Bytes red = scaled_1_4022(v.distance), blue = scaled_1_771(u.distance);
-    const Bytes green_u = scaled_0_3457(u.distance), green_v = scaled_0_7144(v.distance);
-    // Green moves against the chroma. The two terms may have different signs; at most 44 + 91 each way.
-    const Bytes green_up = (green_u & u.below) + (green_v & v.below);
-    const Bytes green_down = (green_u & ~u.below) + (green_v & ~v.below);
-    const Bytes more = larger(green_up, green_down);
-    return {{red & ~v.below, red & v.below},
-            {more - green_down, more - green_up},
-            {blue & ~u.below, blue & u.below}};
+  // What U and V add to luma 0, not clamped.
+  static Rgb<SignedWords> offsets(SignedWords u, SignedWords v) {
+    const SignedWords u_below = u >> 15, v_below = v >> 15;  // -1 where true
+    const SignedWords green_u = multiply_high(u, all_words(kFactorGreenFromU)) - u_below;
+    const SignedWords green_v = multiply_high(v, all_words(kFactorGreenFromV)) - v_below;
+    return {multiply_high(v, all_words(kFactorRedFromV)) - v_below, -(green_u + green_v),
+            multiply_high(u, all_words(kFactorBlueFromU)) - u_below};
+  }
+
+  // Every pixel with a U and a V of its own.
+  static Rgb<SignedWords> colours(SignedWords y, SignedWords u, SignedWords v) {
+    const Rgb<SignedWords> add = offsets(u, v);
+    return {y + add.r, y + add.g, y + add.b};
+  }
+
+  // Pixels in pairs, with their U and V in one vector:  Y0 Y1 Y2 Y3 ..  and  U0 V0 U2 V2 ..
+  static Rgb<SignedWords> colours_of_pairs(SignedWords y, SignedWords uv) {
+    const SignedWords below = uv >> 15;
+    const SignedWords main = multiply_high(uv, alternating<kFactorBlueFromU, kFactorRedFromV>()) - below;
+    const SignedWords green = multiply_high(uv, alternating<kFactorGreenFromU, kFactorGreenFromV>()) - below;
+    return {y + shuffle<places::second_of_pair>(main), y - (green + shuffle<places::other_of_pair>(green)),
+            y + shuffle<places::first_of_pair>(main)};
   }
 
  private:
@@ -78,7 +89,8 @@ struct PackedChroma {
   }
 };
 
-// The sum truncated as a whole, with the green of U and V made before Y is added.
+// The sum truncated as a whole: once it is clamped that is the floor of the chroma term. The green of U and V
+// is made before Y is added.
 struct PlaneChroma {
   static Rgb<uint32_t> pixel(uint8_t y, uint8_t u, uint8_t v) {
     const size_t line = size_t{y} * 256;
@@ -86,43 +98,34 @@ struct PlaneChroma {
             PlaneBTable[line + u]};
   }
 
-  static Rgb<Offset> offsets(Bytes u_byte, Bytes v_byte) {
-    const Chroma u = centred(u_byte), v = centred(v_byte);
-    const Bytes red = scaled_1_4022(v.distance), blue = scaled_1_771(u.distance);
-    const SignedWords even = green_delta(even_bytes(u_byte), even_bytes(v_byte));
-    const SignedWords odd = green_delta(odd_bytes(u_byte), odd_bytes(v_byte));
-    // No product of a chroma byte is a whole number but 0, so that below 128 the sum's truncation takes one
-    // more than the magnitude.
-    return {{red & ~v.below, (red + 1) & v.below},
-            {join_low_bytes(positive_part(even), positive_part(odd)),
-             join_low_bytes(positive_part(-even), positive_part(-odd))},
-            {blue & ~u.below, (blue + 1) & u.below}};
+  static Rgb<SignedWords> colours(SignedWords y, SignedWords u, SignedWords v) {
+    const SignedWords delta =
+        narrow_to_words(green_delta(interleave_low(u, v)), green_delta(interleave_high(u, v)));
+    return {y + multiply_high(v, all_words(kFactorRedFromV)), y + clamp_to_signed_byte(delta),
+            y + multiply_high(u, all_words(kFactorBlueFromU))};
   }
 
-  // trunc(N / 10000) for N = 3457 * (128 - u) + 7144 * (128 - v), between -128 and 127. N does not fit 16
-  // bits, but what is left of it after a quotient that is wrong by one at most does:
-  //
-  //     (44 * a + 91 * b) / 128 lies within 0.7 of N / 10000, so that N - 10000 * its floor lies in
-  //     -10000 .. 19999, and arithmetic modulo 65536 keeps it.
-  static SignedWords green_delta(Words u, Words v) {
-    const Words a = 128 - u, b = 128 - v;
-    const auto estimate = as<SignedWords>(a * factor<Words>(44) + b * factor<Words>(91)) >> 7;
-    const Words ten_thousand = factor<Words>(10000);
-    const auto rest = as<SignedWords>(a * factor<Words>(3457) + b * factor<Words>(7144) -
-                                      as<Words>(estimate) * ten_thousand);
-    const SignedWords too_high = rest < 0, too_low = rest > 9999;  // -1 where true
-    const SignedWords floor = estimate + too_high - too_low;
-    const auto remainder = rest + (as<SignedWords>(ten_thousand) & too_high) -
-                           (as<SignedWords>(ten_thousand) & too_low);
-    const SignedWords truncated = floor - ((floor < 0) & (remainder != 0));
-    const SignedWords lowest = SignedWords{} - 128, highest = SignedWords{} + 127;
-    const SignedWords at_least = truncated > lowest ? truncated : lowest;
-    return at_least < highest ? at_least : highest;
+  static Rgb<SignedWords> colours_of_pairs(SignedWords y, SignedWords uv) {
+    const SignedWords main = multiply_high(uv, alternating<kFactorBlueFromU, kFactorRedFromV>());
+    const SignedWords delta = shuffle<places::first_of_pair>(as<SignedWords>(green_delta(uv)));
+    return {y + shuffle<places::second_of_pair>(main), y + clamp_to_signed_byte(delta),
+            y + shuffle<places::first_of_pair>(main)};
   }
 
  private:
-  static Words positive_part(SignedWords v) { return as<Words>(v > 0 ? v : SignedWords{}); }
-  static Bytes join_low_bytes(Words even, Words odd) { return as<Bytes>(even | (odd << 8)); }
+  // trunc(-0.3457 * u - 0.7144 * v) of pairs U V. The sum of the products, 40000 times the value, is exact in
+  // a single (below 2^23), and 1 / 10000 is the least distance from a whole number where it is none: far more
+  // than one product in singles loses.
+  static SignedDoubleWords green_delta(SignedWords uv) {
+    const SignedDoubleWords sum = multiply_add_pairs(uv, alternating<-3457, -7144>());
+    return __builtin_convertvector(__builtin_convertvector(sum, Singles) * 2.5e-5F, SignedDoubleWords);
+  }
+
+  static SignedWords clamp_to_signed_byte(SignedWords v) {
+    const SignedWords lowest = all_words(-128), highest = all_words(127);
+    const SignedWords at_least = v > lowest ? v : lowest;
+    return at_least < highest ? at_least : highest;
+  }
 };
 
 }  // namespace qvn

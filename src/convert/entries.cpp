@@ -15,9 +15,7 @@ uint32_t run_row(const char* name, Row row, uint8_t* dst, const uint8_t* src, ui
   return run_entry(name, {dst, src}, [&] { row(dst, src, count); });
 }
 
-SampleOrder sample_order(uint32_t byte_swap) {
-  return byte_swap != 0 ? SampleOrder::kBigEndian : kHostOrder;
-}
+SampleOrder sample_order(uint32_t byte_swap) { return byte_swap != 0 ? SampleOrder::kBigEndian : kHostOrder; }
 
 SampleCut sample_cut(uint32_t alignment, uint32_t bits_per_sample) {
   return alignment == 1 ? cut_low_aligned(bits_per_sample) : kCutTopByte;

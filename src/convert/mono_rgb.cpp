@@ -3,7 +3,7 @@
 
 #include "convert/luma_float.h"
 #include "pixel/merge3.h"
-#include "pixel/saturate.h"
+#include "pixel/products.h"
 #include "pixel/split3.h"
 
 namespace qvn {
@@ -29,15 +29,22 @@ uint8_t cut_byte(uint32_t sample, SampleCut cut) {
   return static_cast<uint8_t>((sample >> cut.shift) & cut.byte_mask);
 }
 
-uint8_t pushed(uint8_t byte, bool push) {
-  return static_cast<uint8_t>(byte + (push && byte != 255 ? 1 : 0));
-}
+uint8_t pushed(uint8_t byte, bool push) { return static_cast<uint8_t>(byte + (push && byte != 255 ? 1 : 0)); }
 
-// The samples of half a vector of pixels, a word each.
+// The samples of a vector of pixels in two vectors of words, in the order that narrow_to_bytes undoes.
+struct SamplePair {
+  Words first, second;
+};
+
 template <SampleOrder order>
-Words load_samples(const uint8_t* from) {
-  const Words words = load<Words>(from);
-  return order == SampleOrder::kLittleEndian ? words : (words << 8) | (words >> 8);
+SamplePair load_samples(const uint8_t* from) {
+  const auto in_host_order = [](Bytes bytes) {
+    const auto words = as<Words>(bytes);
+    return order == SampleOrder::kLittleEndian ? words : (words << 8) | (words >> 8);
+  };
+  const Bytes lower = load<Bytes>(from), upper = load<Bytes>(from + kLaneBytes);
+  return {in_host_order(shuffle<qvn::places::every_other_block<0>>(lower, upper)),
+          in_host_order(shuffle<qvn::places::every_other_block<1>>(lower, upper))};
 }
 
 struct CutLanes {
@@ -53,27 +60,26 @@ struct CutLanes {
   Words bytes(Words samples) const { return (samples >> shift) & byte_mask; }
 };
 
-// 1 where a sample has the bit.
-Words push(Words samples, Words bit) { return as<Words>((samples & bit) != 0) & 1; }
-
-Bytes pack_bytes(Words first, Words second) { return split2_even(as<Bytes>(first), as<Bytes>(second)); }
+// One more where a sample has the bit; the narrowing stops 256 at 255.
+SignedWords pushed(Words byte, Words samples, Words bit) {
+  return as<SignedWords>(byte) + 1 + ((samples & bit) == 0);
+}
 
 template <SampleOrder order>
 void y16_to_bgr_vector(uint8_t* dst, const uint8_t* src, const CutLanes& cut) {
-  const Words first = load_samples<order>(src), second = load_samples<order>(src + kLaneBytes);
+  const auto [first, second] = load_samples<order>(src);
   const Words byte0 = cut.bytes(first), byte1 = cut.bytes(second);
-  const Bytes blue = pack_bytes(add_one_saturated(byte0, push(first, cut.drop_bit)),
-                                add_one_saturated(byte1, push(second, cut.drop_bit)));
-  const Bytes red = pack_bytes(add_one_saturated(byte0, push(first, cut.round_bit)),
-                               add_one_saturated(byte1, push(second, cut.round_bit)));
-  store_merge3(dst, blue, pack_bytes(byte0, byte1), red);
+  const Bytes blue = narrow_to_bytes(pushed(byte0, first, cut.drop_bit), pushed(byte1, second, cut.drop_bit));
+  const Bytes red =
+      narrow_to_bytes(pushed(byte0, first, cut.round_bit), pushed(byte1, second, cut.round_bit));
+  store_merge3(dst, blue, narrow_to_bytes(as<SignedWords>(byte0), as<SignedWords>(byte1)), red);
 }
 
 template <SampleOrder order>
 void y16_to_y8_vector(uint8_t* dst, const uint8_t* src, const CutLanes& cut) {
-  const Words first = load_samples<order>(src), second = load_samples<order>(src + kLaneBytes);
-  store(dst, pack_bytes(add_one_saturated(cut.bytes(first), push(first, cut.round_bit)),
-                        add_one_saturated(cut.bytes(second), push(second, cut.round_bit))));
+  const auto [first, second] = load_samples<order>(src);
+  store(dst, narrow_to_bytes(pushed(cut.bytes(first), first, cut.round_bit),
+                             pushed(cut.bytes(second), second, cut.round_bit)));
 }
 
 namespace places {

@@ -116,7 +116,8 @@ void yuv411_to_planes(const Planes& planes, const uint8_t* src, size_t n) {
 void rgb8_to_planes(const Planes& planes, const uint8_t* src, size_t n) {
   size_t done = 0;
   if (kVectorRows && all_disjoint(planes, n, {src, 3 * n})) {
-    done = planes.y != nullptr ? rgb8_in_vectors<true>(planes, src, n) : rgb8_in_vectors<false>(planes, src, n);
+    done =
+        planes.y != nullptr ? rgb8_in_vectors<true>(planes, src, n) : rgb8_in_vectors<false>(planes, src, n);
   }
   const Planes rest{planes.r + done, planes.g + done, planes.b + done,
                     planes.y != nullptr ? planes.y + done : nullptr};

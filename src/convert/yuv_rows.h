@@ -1,4 +1,5 @@
-// Rows of packed YUV: n pixels of a source layout to whatever an output writes for a pixel's colours and luma.
+// Rows of packed YUV: n pixels of a source layout to whatever an output writes for a pixel's colours and
+// luma.
 //
 // A row is made of whole groups of pixels that share their chroma; pixels beyond the last whole group are
 // neither read nor written. The output must not overlap the source, but 4:4:4 pixels may be rewritten in
@@ -13,21 +14,15 @@
 
 namespace qvn {
 
-inline Rgb<Offset> doubled_low(const Rgb<Offset>& o) {
-  return {{zip_low(o.r.up, o.r.up), zip_low(o.r.down, o.r.down)},
-          {zip_low(o.g.up, o.g.up), zip_low(o.g.down, o.g.down)},
-          {zip_low(o.b.up, o.b.up), zip_low(o.b.down, o.b.down)}};
-}
-
-inline Rgb<Offset> doubled_high(const Rgb<Offset>& o) {
-  return {{zip_high(o.r.up, o.r.up), zip_high(o.r.down, o.r.down)},
-          {zip_high(o.g.up, o.g.up), zip_high(o.g.down, o.g.down)},
-          {zip_high(o.b.up, o.b.up), zip_high(o.b.down, o.b.down)}};
+// Two vectors of words each to bytes, clamped.
+inline Rgb<Bytes> narrow_to_bytes(const Rgb<SignedWords>& first, const Rgb<SignedWords>& second) {
+  return {narrow_to_bytes(first.r, second.r), narrow_to_bytes(first.g, second.g),
+          narrow_to_bytes(first.b, second.b)};
 }
 
 // U Y V
 struct Yuv444 {
-  static constexpr size_t kGroupPixels = 1, kGroupBytes = 3;
+  static constexpr size_t kGroupPixels = 1, kGroupBytes = 3, kVectorPixels = kLaneBytes;
   static constexpr bool kInPlace = true;
 
   template <class Arithmetic, class Output>
@@ -36,17 +31,18 @@ struct Yuv444 {
     out.pixel(x, Arithmetic::pixel(y, u, v), y);
   }
 
-  // One vector of groups.
   template <class Arithmetic, class Output>
-  static void groups(const Output& out, size_t x, const uint8_t* from) {
+  static void vector(const Output& out, size_t x, const uint8_t* from) {
     const auto [u, y, v] = load_split3(from);
-    out.pixels(x, shift_clamped(y, Arithmetic::offsets(u, v)), y);
+    const Rgb<SignedWords> low = Arithmetic::colours(luma_low(y), chroma_low(u), chroma_low(v));
+    const Rgb<SignedWords> high = Arithmetic::colours(luma_high(y), chroma_high(u), chroma_high(v));
+    out.pixels(x, narrow_to_bytes(low, high), y);
   }
 };
 
 // U Y0 V Y1
 struct Yuv422 {
-  static constexpr size_t kGroupPixels = 2, kGroupBytes = 4;
+  static constexpr size_t kGroupPixels = 2, kGroupBytes = 4, kVectorPixels = kLaneBytes;
   static constexpr bool kInPlace = false;
 
   template <class Arithmetic, class Output>
@@ -57,20 +53,21 @@ struct Yuv422 {
   }
 
   template <class Arithmetic, class Output>
-  static void groups(const Output& out, size_t x, const uint8_t* from) {
-    const Bytes first = load<Bytes>(from), second = load<Bytes>(from + kLaneBytes);
-    const Bytes third = load<Bytes>(from + 2 * kLaneBytes), fourth = load<Bytes>(from + 3 * kLaneBytes);
-    const Bytes uv0 = split2_even(first, second), uv1 = split2_even(third, fourth);
-    const Rgb<Offset> offsets = Arithmetic::offsets(split2_even(uv0, uv1), split2_odd(uv0, uv1));
-    const Bytes y0 = split2_odd(first, second), y1 = split2_odd(third, fourth);
-    out.pixels(x, shift_clamped(y0, doubled_low(offsets)), y0);
-    out.pixels(x + kLaneBytes, shift_clamped(y1, doubled_high(offsets)), y1);
+  static void vector(const Output& out, size_t x, const uint8_t* from) {
+    const Bytes lower = load<Bytes>(from), upper = load<Bytes>(from + kLaneBytes);
+    const Bytes first = shuffle<places::every_other_block<0>>(lower, upper);
+    const Bytes second = shuffle<places::every_other_block<1>>(lower, upper);
+    const SignedWords y0 = luma_odd(first), y1 = luma_odd(second);
+    out.pixels(x,
+               narrow_to_bytes(Arithmetic::colours_of_pairs(y0, chroma_even(first)),
+                               Arithmetic::colours_of_pairs(y1, chroma_even(second))),
+               narrow_to_bytes(y0, y1));
   }
 };
 
 // U Y0 Y1 V Y2 Y3, which is threes of one chroma and two lumas, with U and V in turn
 struct Yuv411 {
-  static constexpr size_t kGroupPixels = 4, kGroupBytes = 6;
+  static constexpr size_t kGroupPixels = 4, kGroupBytes = 6, kVectorPixels = 2 * kLaneBytes;
   static constexpr bool kInPlace = false;
 
   template <class Arithmetic, class Output>
@@ -80,21 +77,36 @@ struct Yuv411 {
     for (size_t i = 0; i < 4; ++i) out.pixel(x + i, Arithmetic::pixel(lumas[i], u, v), lumas[i]);
   }
 
+  // Everything stays within its 16-byte block: pixels 0 .. 15 of each 32 in one vector, 16 .. 31 in another.
   template <class Arithmetic, class Output>
-  static void groups(const Output& out, size_t x, const uint8_t* from) {
-    const auto [uv0, even0, odd0] = load_split3(from);
-    const auto [uv1, even1, odd1] = load_split3(from + 3 * kLaneBytes);
-    const Rgb<Offset> offsets = Arithmetic::offsets(split2_even(uv0, uv1), split2_odd(uv0, uv1));
-    half<Arithmetic>(out, x, doubled_low(offsets), even0, odd0);
-    half<Arithmetic>(out, x + 2 * kLaneBytes, doubled_high(offsets), even1, odd1);
+  static void vector(const Output& out, size_t x, const uint8_t* from) {
+    const auto [uv, y_even, y_odd] = load_split3(from);
+    const Bytes y0 = interleave_low(y_even, y_odd), y1 = interleave_high(y_even, y_odd);
+    const Rgb<Bytes> first = half<Arithmetic>(y0, chroma_low(uv)),
+                     second = half<Arithmetic>(y1, chroma_high(uv));
+    out.pixels(
+        x, {in_order<0>(first.r, second.r), in_order<0>(first.g, second.g), in_order<0>(first.b, second.b)},
+        in_order<0>(y0, y1));
+    out.pixels(
+        x + kLaneBytes,
+        {in_order<1>(first.r, second.r), in_order<1>(first.g, second.g), in_order<1>(first.b, second.b)},
+        in_order<1>(y0, y1));
   }
 
  private:
-  template <class Arithmetic, class Output>
-  static void half(const Output& out, size_t x, const Rgb<Offset>& offsets, Bytes even, Bytes odd) {
-    const Bytes y0 = zip_low(even, odd), y1 = zip_high(even, odd);
-    out.pixels(x, shift_clamped(y0, doubled_low(offsets)), y0);
-    out.pixels(x + kLaneBytes, shift_clamped(y1, doubled_high(offsets)), y1);
+  // U V of one group a double word, to one of each pair of its pixels.
+  template <class Arithmetic>
+  static Rgb<Bytes> half(Bytes y, SignedWords uv) {
+    const auto groups = as<DoubleWords>(uv);
+    const auto low = as<SignedWords>(interleave_low(groups, groups));
+    const auto high = as<SignedWords>(interleave_high(groups, groups));
+    return narrow_to_bytes(Arithmetic::colours_of_pairs(luma_low(y), low),
+                           Arithmetic::colours_of_pairs(luma_high(y), high));
+  }
+
+  template <int Upper>
+  static Bytes in_order(Bytes first, Bytes second) {
+    return shuffle<places::alternate_blocks<Upper>>(first, second);
   }
 };
 
@@ -106,13 +118,13 @@ void yuv_row_plain(const Output& out, const uint8_t* src, size_t from, size_t n)
   }
 }
 
-// A vector of groups at a time; the last one overlaps the one before it, so that no group is left over, unless
-// the one before may have rewritten its source.
+// A vector at a time; the last one overlaps the one before it, so that no group is left over, unless the one
+// before may have rewritten its source.
 template <class Layout, class Arithmetic, class Output>
 void yuv_row(const Output& out, const uint8_t* src, size_t n) {
-  constexpr size_t kStep = kLaneBytes;
+  constexpr size_t kStep = Layout::kVectorPixels / Layout::kGroupPixels;
   const auto vector = [&](size_t group) {
-    Layout::template groups<Arithmetic>(out, group * Layout::kGroupPixels, src + group * Layout::kGroupBytes);
+    Layout::template vector<Arithmetic>(out, group * Layout::kGroupPixels, src + group * Layout::kGroupBytes);
   };
   const size_t groups = n / Layout::kGroupPixels;
   size_t done = 0;

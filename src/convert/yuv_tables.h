@@ -1,5 +1,5 @@
-// The YUV tables: chroma offsets for the packed conversions, the four plane tables, and the block that depends
-// on a hue and a saturation.
+// The YUV tables: chroma offsets for the packed conversions, the four plane tables, and the block that
+// depends on a hue and a saturation.
 //
 // Built once while the library loads and read-only from then on, except ColorTables: an adjustable conversion
 // with a new pair rebuilds it, without a lock. No entry passes a new pair, so the pair keeps its load values.

@@ -1,6 +1,6 @@
 // The pixel formats behind ColorCodingId: one row for each known code.
 //
-// The colour codings of the IIDC camera specification have the codes 0 to 10; those from 128 on are
+// Codes 0 to 10 are the colour codings of IEEE 1394 IIDC cameras; those from 128 on are
 // extensions that have a size and no further meaning here.
 #pragma once
 

@@ -193,13 +193,19 @@ inline Bytes split2_odd(Bytes first, Bytes second) { return shuffle<places::odd>
 // ---- And back: lanes of a and b in turn, over the whole vector; the lower and the upper half of the result.
 
 namespace places {
-template <int Half>
+template <int Half, int Count>
 constexpr int zip(int i) {
-  return Half * kLaneBytes / 2 + i / 2 + (i % 2) * kLaneBytes;
+  return Half * Count / 2 + i / 2 + (i % 2) * Count;
 }
 }  // namespace places
 
-inline Bytes zip_low(Bytes a, Bytes b) { return shuffle<places::zip<0>>(a, b); }
-inline Bytes zip_high(Bytes a, Bytes b) { return shuffle<places::zip<1>>(a, b); }
+template <class V>
+inline V zip_low(V a, V b) {
+  return shuffle<places::zip<0, kLaneCount<V>>>(a, b);
+}
+template <class V>
+inline V zip_high(V a, V b) {
+  return shuffle<places::zip<1, kLaneCount<V>>>(a, b);
+}
 
 }  // namespace qvn

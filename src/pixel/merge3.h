@@ -24,6 +24,13 @@ constexpr int spread3(int i) {
   return i / 16 * 16 + (16 * block + place) / 3;
 }
 
+// The same of a channel whose 16-byte blocks hold their even pixels first, then their odd ones.
+template <int Channel>
+constexpr int spread3_halves(int i) {
+  const int from = spread3<Channel>(i), pixel = from % 16;
+  return from - pixel + pixel / 2 + pixel % 2 * 8;
+}
+
 template <int Block, int Channel>
 constexpr int is_channel(int i) {
   return (Block + i % 16) % 3 == Channel ? 1 : 0;
@@ -35,15 +42,10 @@ constexpr int join_blocks(int i) {
   return i < 16 ? First * 16 + i : Second * 16 + i - 16;
 }
 
-// Bytes moved down or up by N within a 16-byte block, with a second vector of zeros behind.
+// Bytes moved down by N within a 16-byte block, with a second vector of zeros behind.
 template <int N>
 constexpr int down(int i) {
   return i % 16 + N < 16 ? i + N : kLaneBytes + i;
-}
-constexpr int lower_half(int quad_word) { return quad_word % 2 == 0 ? -1 : 0; }
-template <int N>
-constexpr int up(int i) {
-  return i % 16 >= N ? i - N : kLaneBytes + i;
 }
 }  // namespace places
 
@@ -63,15 +65,18 @@ inline void store_blocks3(uint8_t* to, Bytes block0, Bytes block1, Bytes block2)
   }
 }
 
-// 3 * kLaneBytes bytes to `to`: a[0] b[0] c[0] a[1] b[1] c[1] ..., where bytes are permuted freely.
-inline void store_merge3_permuted(uint8_t* to, Bytes a, Bytes b, Bytes c) {
-  a = shuffle<places::spread3<0>>(a);
-  b = shuffle<places::spread3<1>>(b);
-  c = shuffle<places::spread3<2>>(c);
+// 3 * kLaneBytes bytes to `to`, from channels that are spread over the places of their blocks already.
+inline void store_spread3(uint8_t* to, Bytes a, Bytes b, Bytes c) {
   const Bytes block0 = blend<places::is_channel<0, 0>>(a, blend<places::is_channel<0, 1>>(b, c));
   const Bytes block1 = blend<places::is_channel<1, 0>>(a, blend<places::is_channel<1, 1>>(b, c));
   const Bytes block2 = blend<places::is_channel<2, 0>>(a, blend<places::is_channel<2, 1>>(b, c));
   store_blocks3(to, block0, block1, block2);
+}
+
+// 3 * kLaneBytes bytes to `to`: a[0] b[0] c[0] a[1] b[1] c[1] ..., where bytes are permuted freely.
+inline void store_merge3_permuted(uint8_t* to, Bytes a, Bytes b, Bytes c) {
+  store_spread3(to, shuffle<places::spread3<0>>(a), shuffle<places::spread3<1>>(b),
+                shuffle<places::spread3<2>>(c));
 }
 
 // Without permutations: pairs a b and c 0, from them pixels a b c 0, whose fourth bytes are squeezed out of
@@ -110,6 +115,17 @@ inline void store_merge3(uint8_t* to, Bytes a, Bytes b, Bytes c) {
     store_merge3_permuted(to, a, b, c);
   } else {
     store_merge3_interleaved(to, a, b, c);
+  }
+}
+
+// The same for channels whose 16-byte blocks hold their even pixels first, then their odd ones.
+inline void store_merge3_halves(uint8_t* to, Bytes a, Bytes b, Bytes c) {
+  if constexpr (kBytePermutes) {
+    store_spread3(to, shuffle<places::spread3_halves<0>>(a), shuffle<places::spread3_halves<1>>(b),
+                  shuffle<places::spread3_halves<2>>(c));
+  } else {
+    const auto riffle = [](Bytes v) { return interleave_low(v, shuffle<places::down<8>>(v, Bytes{})); };
+    store_merge3_interleaved(to, riffle(a), riffle(b), riffle(c));
   }
 }
 

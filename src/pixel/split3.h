@@ -1,7 +1,7 @@
 // Packed pixels of three bytes to three channels, for a whole vector of pixels: merge3.h backwards.
 //
-// In each 48 bytes, byte i of block j belongs to channel (j + i) % 3, so a channel has each place i in exactly
-// one of the three blocks: blends collect its bytes, and one permutation puts them in order.
+// In each 48 bytes, byte i of block j belongs to channel (j + i) % 3, so a channel has each place i in
+// exactly one of the three blocks: blends collect its bytes, and one permutation puts them in order.
 //
 //     block 0:  a0 b0 c0 a1 b1 c1 ... a5
 //     block 1:  b5 c5 a6 b6 c6 a7 ... b10       ->     a0 a11 a6 a1 a12 a7 ... a5     ->     a0 a1 a2 ... a15

@@ -6,8 +6,10 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include "convert/luma_float.h"
+#include "convert/yuv_rows.h"
 
 namespace qvn {
 namespace {
@@ -29,66 +31,105 @@ Bytes counting(uint32_t first) {
   return load<Bytes>(bytes.data());
 }
 
-struct OffsetArray {
-  explicit OffsetArray(Offset offset) : up(bytes_of(offset.up)), down(bytes_of(offset.down)) {}
-  int at(size_t i) const { return up[i] - down[i]; }
-  bool one_way(size_t i) const { return up[i] == 0 || down[i] == 0; }
-  ByteArray up, down;
-};
+using WordArray = std::array<int16_t, kLaneBytes / 2>;
 
-TEST(Chroma, MagnitudesForEveryDistance) {
-  for (uint32_t first = 0; first <= 128; first += kLaneBytes) {
-    const Bytes distance = counting(first);
-    const ByteArray blue = bytes_of(scaled_1_771(distance)), red = bytes_of(scaled_1_4022(distance));
-    const ByteArray green_u = bytes_of(scaled_0_3457(distance)), green_v = bytes_of(scaled_0_7144(distance));
-    for (uint32_t i = 0; i < kLaneBytes && first + i <= 128; ++i) {
-      const uint32_t m = first + i;
-      ASSERT_EQ(blue[i], m * 1771 / 1000) << m;
-      ASSERT_EQ(red[i], m * 14022 / 10000) << m;
-      ASSERT_EQ(green_u[i], m * 3457 / 10000) << m;
-      ASSERT_EQ(green_v[i], m * 7144 / 10000) << m;
+WordArray words_of(SignedWords lanes) {
+  WordArray words;
+  std::memcpy(words.data(), &lanes, sizeof lanes);
+  return words;
+}
+
+SignedWords chroma_word(uint32_t chroma) { return all_words(static_cast<int16_t>(4 * chroma - 512)); }
+
+SignedWords counting_chroma(uint32_t first) {
+  SignedWords words{};
+  for (int i = 0; i < kLaneBytes / 2; ++i)
+    words[i] = static_cast<int16_t>(4 * (static_cast<int>(first) + i) - 512);
+  return words;
+}
+
+/// U and first, U and first + 1, ...
+SignedWords counting_pairs(uint32_t u, uint32_t first) {
+  SignedWords words{};
+  for (int i = 0; i < kLaneBytes / 2; ++i) {
+    const int chroma = i % 2 == 0 ? static_cast<int>(u) : static_cast<int>(first) + i / 2;
+    words[i] = static_cast<int16_t>(4 * chroma - 512);
+  }
+  return words;
+}
+
+TEST(Chroma, BytesToWords) {
+  for (uint32_t first = 0; first < 256; first += kLaneBytes) {
+    const Bytes bytes = counting(first);
+    const WordArray low = words_of(chroma_low(bytes)), high = words_of(chroma_high(bytes));
+    const WordArray even = words_of(chroma_even(bytes));
+    for (uint32_t i = 0; i < kLaneBytes / 2; ++i) {
+      const uint32_t place = first + i / 8 * 16 + i % 8;
+      ASSERT_EQ(low[i], 4 * (static_cast<int>(place) - 128));
+      ASSERT_EQ(high[i], 4 * (static_cast<int>(place) + 8 - 128));
+      ASSERT_EQ(even[i], 4 * (static_cast<int>(first + 2 * i) - 128));
     }
   }
 }
 
 TEST(Chroma, PackedOffsetsAreTheTablesForEveryPair) {
   for (uint32_t u = 0; u < 256; ++u) {
-    for (uint32_t v = 0; v < 256; v += kLaneBytes) {
-      const Rgb<Offset> offsets = PackedChroma::offsets(all(u), counting(v));
-      const OffsetArray red(offsets.r), green(offsets.g), blue(offsets.b);
-      for (uint32_t i = 0; i < kLaneBytes; ++i) {
-        ASSERT_EQ(red.at(i), high_half(VTable[v + i]));
-        ASSERT_EQ(blue.at(i), high_half(UTable[u]));
-        ASSERT_EQ(green.at(i), low_half(UTable[u]) + low_half(VTable[v + i])) << u << " " << v + i;
-        ASSERT_TRUE(red.one_way(i) && green.one_way(i) && blue.one_way(i));
+    for (uint32_t v = 0; v < 256; v += kLaneBytes / 2) {
+      const Rgb<SignedWords> p = PackedChroma::colours(SignedWords{}, chroma_word(u), counting_chroma(v));
+      const WordArray red = words_of(p.r), green = words_of(p.g), blue = words_of(p.b);
+      for (uint32_t i = 0; i < kLaneBytes / 2; ++i) {
+        ASSERT_EQ(red[i], high_half(VTable[v + i]));
+        ASSERT_EQ(green[i], low_half(UTable[u]) + low_half(VTable[v + i])) << u << " " << v + i;
+        ASSERT_EQ(blue[i], high_half(UTable[u]));
       }
     }
   }
 }
+
+/// The form for pairs of pixels equals the one for single pixels, for every pair of chroma bytes.
+template <class Arithmetic>
+void compare_pairs_with_singles() {
+  for (uint32_t u = 0; u < 256; ++u) {
+    for (uint32_t v = 0; v < 256; v += kLaneBytes / 4) {
+      const Rgb<SignedWords> p = Arithmetic::colours_of_pairs(all_words(7), counting_pairs(u, v));
+      const Rgb<SignedWords> q = Arithmetic::colours(all_words(7), chroma_word(u), counting_chroma(v));
+      for (int i = 0; i < kLaneBytes / 2; ++i) {
+        ASSERT_EQ(p.r[i], q.r[i / 2]);
+        ASSERT_EQ(p.g[i], q.g[i / 2]);
+        ASSERT_EQ(p.b[i], q.b[i / 2]);
+      }
+    }
+  }
+}
+
+TEST(Chroma, PackedPairsAreSingles) { compare_pairs_with_singles<PackedChroma>(); }
+TEST(Chroma, PlanePairsAreSingles) { compare_pairs_with_singles<PlaneChroma>(); }
 
 TEST(Chroma, PlaneGreenDeltaIsTheTableForEveryPair) {
   for (uint32_t u = 0; u < 256; ++u) {
-    for (uint32_t v = 0; v < 256; v += kLaneBytes) {
-      const OffsetArray green(PlaneChroma::offsets(all(u), counting(v)).g);
-      for (uint32_t i = 0; i < kLaneBytes; ++i) {
-        ASSERT_EQ(green.at(i), static_cast<int8_t>(PlaneGDeltaTable[u * 256 + v + i])) << u << " " << v + i;
-        ASSERT_TRUE(green.one_way(i));
+    for (uint32_t v = 0; v < 256; v += kLaneBytes / 2) {
+      const WordArray green =
+          words_of(PlaneChroma::colours(SignedWords{}, chroma_word(u), counting_chroma(v)).g);
+      for (uint32_t i = 0; i < kLaneBytes / 2; ++i) {
+        ASSERT_EQ(green[i], static_cast<int8_t>(PlaneGDeltaTable[u * 256 + v + i])) << u << " " << v + i;
       }
     }
   }
 }
 
-/// Red and green by V and blue by U, for every luma; the other chroma byte runs along, so that all pairs of
-/// neighbouring values are met.
-TEST(Chroma, PlaneColoursAreTheTablesForEveryLuma) {
+template <class Arithmetic>
+void compare_every_colour() {
+  const auto byte = [](uint32_t value) { return static_cast<uint8_t>(value); };
   for (uint32_t y = 0; y < 256; ++y) {
     for (uint32_t u = 0; u < 256; ++u) {
       for (uint32_t v = 0; v < 256; v += kLaneBytes) {
-        const Rgb<Bytes> p = shift_clamped(all(y), PlaneChroma::offsets(all(u), counting(v)));
+        const Bytes vs = counting(v);
+        const SignedWords luma = all_words(static_cast<int16_t>(y));
+        const Rgb<Bytes> p = narrow_to_bytes(Arithmetic::colours(luma, chroma_word(u), chroma_low(vs)),
+                                             Arithmetic::colours(luma, chroma_word(u), chroma_high(vs)));
         const ByteArray red = bytes_of(p.r), green = bytes_of(p.g), blue = bytes_of(p.b);
         for (uint32_t i = 0; i < kLaneBytes; ++i) {
-          const auto byte = [](uint32_t value) { return static_cast<uint8_t>(value); };
-          const Rgb<uint32_t> expected = PlaneChroma::pixel(byte(y), byte(u), byte(v + i));
+          const Rgb<uint32_t> expected = Arithmetic::pixel(byte(y), byte(u), byte(v + i));
           ASSERT_EQ(red[i], expected.r) << y << " " << u << " " << v + i;
           ASSERT_EQ(green[i], expected.g) << y << " " << u << " " << v + i;
           ASSERT_EQ(blue[i], expected.b) << y << " " << u << " " << v + i;
@@ -98,23 +139,8 @@ TEST(Chroma, PlaneColoursAreTheTablesForEveryLuma) {
   }
 }
 
-TEST(Chroma, PackedColoursAreTheTablesForEveryLuma) {
-  for (uint32_t y = 0; y < 256; ++y) {
-    for (uint32_t u = 0; u < 256; ++u) {
-      for (uint32_t v = 0; v < 256; v += kLaneBytes) {
-        const Rgb<Bytes> p = shift_clamped(all(y), PackedChroma::offsets(all(u), counting(v)));
-        const ByteArray red = bytes_of(p.r), green = bytes_of(p.g), blue = bytes_of(p.b);
-        for (uint32_t i = 0; i < kLaneBytes; ++i) {
-          const auto byte = [](uint32_t value) { return static_cast<uint8_t>(value); };
-          const Rgb<uint32_t> expected = PackedChroma::pixel(byte(y), byte(u), byte(v + i));
-          ASSERT_EQ(red[i], expected.r) << y << " " << u << " " << v + i;
-          ASSERT_EQ(green[i], expected.g) << y << " " << u << " " << v + i;
-          ASSERT_EQ(blue[i], expected.b) << y << " " << u << " " << v + i;
-        }
-      }
-    }
-  }
-}
+TEST(Chroma, PackedColoursAreTheTablesForEveryPixel) { compare_every_colour<PackedChroma>(); }
+TEST(Chroma, PlaneColoursAreTheTablesForEveryPixel) { compare_every_colour<PlaneChroma>(); }
 
 /// Every colour, through volatile sums: each rounding is the type's own.
 template <class Number, class Luma>
@@ -148,7 +174,8 @@ TEST(LumaFloat, SinglesOfEveryColour) {
 
 TEST(LumaFloat, OnePixelIsOneLane) {
   for (uint32_t i = 0; i < 0x1000000; i += 251) {
-    const auto r = static_cast<uint8_t>(i >> 16), g = static_cast<uint8_t>(i >> 8), b = static_cast<uint8_t>(i);
+    const auto r = static_cast<uint8_t>(i >> 16), g = static_cast<uint8_t>(i >> 8),
+               b = static_cast<uint8_t>(i);
     const Rgb<Bytes> p{all(r), all(g), all(b)};
     ASSERT_EQ(luma_by_doubles(r, g, b), luma_by_doubles(p)[0]);
     ASSERT_EQ(luma_by_singles(r, g, b), luma_by_singles(p)[0]);

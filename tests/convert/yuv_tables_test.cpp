@@ -208,7 +208,7 @@ TEST_F(HueSat, RebuildMakesTheFormulas) {
 /// Only the cosine is scaled: without saturation, hue alone still turns colours.
 TEST_F(HueSat, SaturationScalesTheCosineAlone) {
   qvn::RebuildHueSat(1.5707964F, 0.0F);
-  EXPECT_EQ(qvn::color_tables.redFromU[192], 89);    // 64 * 1.4022
+  EXPECT_EQ(qvn::color_tables.redFromU[192], 89);     // 64 * 1.4022
   EXPECT_EQ(qvn::color_tables.blueFromV[192], -113);  // 64 * -1.771
   EXPECT_EQ(qvn::color_tables.redFromV[192], 0);
 }
@@ -225,9 +225,15 @@ TEST_F(HueSat, AdjustableConversionEqualsTheReference) {
   support::Random random(1);
   std::vector<uint8_t> src(4 * 40);
   reference::ColorTables expected_tables;
-  const std::array<std::array<float, 2>, 9> pairs = {
-      {{0.0F, 1.0F}, {0.3F, 1.0F}, {0.3F, 1.7F}, {0.0F, 1.0F}, {-1.0F, 0.4F}, {0.0F, 0.4F}, {kNan, 0.4F},
-       {0.1F, kNan}, {2.0F, 20.0F}}};
+  const std::array<std::array<float, 2>, 9> pairs = {{{0.0F, 1.0F},
+                                                      {0.3F, 1.0F},
+                                                      {0.3F, 1.7F},
+                                                      {0.0F, 1.0F},
+                                                      {-1.0F, 0.4F},
+                                                      {0.0F, 0.4F},
+                                                      {kNan, 0.4F},
+                                                      {0.1F, kNan},
+                                                      {2.0F, 20.0F}}};
   for (const auto& [hue, saturation] : pairs) {
     for (uint32_t count = 0; count <= 80; ++count) {
       random.fill(src.data(), src.size());

@@ -1,12 +1,13 @@
-/// Packed pixels to three channels, and the sums of bytes that stop at the ends.
+/// Packed pixels to three channels, and the products and narrowings of signed words.
 #include "pixel/split3.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstring>
 #include <vector>
 
-#include "pixel/saturate.h"
+#include "pixel/products.h"
 #include "support/random.h"
 
 namespace qvn {
@@ -68,22 +69,69 @@ TEST(Lanes, Zip) {
   }
 }
 
-TEST(Saturate, EveryPairOfBytes) {
-  for (uint32_t a = 0; a < 256; ++a) {
-    for (uint32_t b = 0; b < 256; ++b) {
-      const Bytes first = Bytes{} + static_cast<uint8_t>(a), second = Bytes{} + static_cast<uint8_t>(b);
-      ASSERT_EQ(add_saturated(first, second)[0], a + b > 255 ? 255 : a + b);
-      ASSERT_EQ(subtract_saturated(first, second)[0], a > b ? a - b : 0);
+using WordArray = std::array<int16_t, kLaneBytes / 2>;
+using DoubleWordArray = std::array<int32_t, kLaneBytes / 4>;
+
+template <class Array, class V>
+Array lanes_of(V lanes) {
+  Array array;
+  std::memcpy(array.data(), &lanes, sizeof array);
+  return array;
+}
+
+SignedWords random_words(support::Random& random) {
+  SignedWords words{};
+  for (int i = 0; i < kLaneBytes / 2; ++i) words[i] = static_cast<int16_t>(random.next());
+  return words;
+}
+
+TEST(Products, OfSignedWords) {
+  support::Random random(2);
+  for (int round = 0; round < 1000; ++round) {
+    const SignedWords a = random_words(random), b = random_words(random);
+    const auto high = lanes_of<WordArray>(multiply_high(a, b));
+    const auto sums = lanes_of<DoubleWordArray>(multiply_add_pairs(a, b));
+    for (int i = 0; i < kLaneBytes / 2; ++i) {
+      ASSERT_EQ(high[static_cast<size_t>(i)], (int{a[i]} * b[i]) >> 16);
+    }
+    for (int i = 0; i < kLaneBytes / 4; ++i) {
+      ASSERT_EQ(sums[static_cast<size_t>(i)], a[2 * i] * b[2 * i] + a[2 * i + 1] * b[2 * i + 1]);
     }
   }
 }
 
-TEST(Saturate, OneMoreStopsAt255) {
-  for (uint32_t a = 0; a < 256; ++a) {
-    const Words words = Words{} + static_cast<uint16_t>(a), one = Words{} + uint16_t{1};
-    ASSERT_EQ(add_one_saturated(words, one)[0], a == 255 ? 255 : a + 1);
-    ASSERT_EQ(add_one_saturated(words, Words{})[0], a);
+TEST(Products, NarrowingUndoesInterleaving) {
+  const std::vector<uint8_t> from = random_bytes(kLaneBytes);
+  const Bytes bytes = load<Bytes>(from.data());
+  const auto low = as<SignedWords>(interleave_low(bytes, Bytes{}));
+  const auto high = as<SignedWords>(interleave_high(bytes, Bytes{}));
+  EXPECT_EQ(bytes_of(narrow_to_bytes(low, high)), bytes_of(bytes));
+  const SignedWords zero{};
+  EXPECT_EQ(bytes_of(as<Bytes>(narrow_to_words(as<SignedDoubleWords>(interleave_low(low, zero)),
+                                               as<SignedDoubleWords>(interleave_high(low, zero))))),
+            bytes_of(as<Bytes>(low)));
+}
+
+TEST(Products, NarrowingStopsAtTheEnds) {
+  for (int value = -32768; value < 32768; ++value) {
+    const SignedWords words = SignedWords{} + static_cast<int16_t>(value);
+    ASSERT_EQ(narrow_to_bytes(words, words)[0], value < 0 ? 0 : value > 255 ? 255 : value);
   }
+  const SignedDoubleWords small = SignedDoubleWords{} - 40000, large = SignedDoubleWords{} + 40000;
+  EXPECT_EQ(narrow_to_words(small, large)[0], -32768);
+  EXPECT_EQ(narrow_to_words(small, large)[4], 32767);
+}
+
+TEST(Products, EveryOtherBlockIsWhatNarrowingPutsInOrder) {
+  const std::vector<uint8_t> from = random_bytes(2 * kLaneBytes);
+  const Bytes lower = load<Bytes>(from.data()), upper = load<Bytes>(from.data() + kLaneBytes);
+  const Bytes first = shuffle<places::every_other_block<0>>(lower, upper);
+  const Bytes second = shuffle<places::every_other_block<1>>(lower, upper);
+  const ByteArray odd =
+      bytes_of(narrow_to_bytes(as<SignedWords>(odd_bytes(first)), as<SignedWords>(odd_bytes(second))));
+  for (size_t i = 0; i < kLaneBytes; ++i) ASSERT_EQ(odd[i], from[2 * i + 1]) << i;
+  EXPECT_EQ(bytes_of(shuffle<places::alternate_blocks<0>>(first, second)), bytes_of(lower));
+  EXPECT_EQ(bytes_of(shuffle<places::alternate_blocks<1>>(first, second)), bytes_of(upper));
 }
 
 }  // namespace
