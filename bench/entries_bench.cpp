@@ -4,46 +4,14 @@
 //   entries_bench --benchmark_filter=Raw8ToBGR/1920x1080 --benchmark_out=rows.json
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "entry_rows.h"
+#include "timing.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-struct Size {
-  uint32_t width, height;
-};
-constexpr Size kSizes[] = {{640, 480}, {1920, 1080}, {4096, 3072}};
-
-std::vector<uint8_t> noise(size_t count) {
-  std::vector<uint8_t> bytes(count);
-  uint32_t state = 1;
-  for (uint8_t& byte : bytes) {
-    state = state * 1664525 + 1013904223;
-    byte = static_cast<uint8_t>(state >> 24);
-  }
-  return bytes;
-}
-
-template <class Work>
-double seconds(Work&& work) {
-  const Clock::time_point start = Clock::now();
-  work();
-  benchmark::ClobberMemory();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
 
 void run(benchmark::State& state, const EntryRow& row, Size size) {
   const size_t pixels = size_t{size.width} * size.height;
