@@ -47,6 +47,12 @@ std::string list_formats() {
   std::string text = "Source formats (--from, --format)\n";
   for (const SourceFormat& format : source_formats()) {
     text += "  " + padded(format.name, 10) + std::string(format.about);
+    if (format.group > 1) {
+      text += "; in groups of " + std::to_string(format.group) + " pixels";
+    }
+    if (format.has_form) {
+      text += "; --bits, --align";
+    }
     if (format.netpbm_channels != 0) {
       text += format.netpbm_channels == 1 ? "; also in a PGM" : "; also in a PPM";
     }
@@ -55,7 +61,7 @@ std::string list_formats() {
     for (const Conversion* const conversion : conversions) {
       text += "            --method " + padded(conversion->method, 8) + "--to " +
               padded(conversion->target, 10) + padded(conversion->entry, 24) +
-              "width: " + width_rule(*conversion) + "\n";
+              "size: " + size_rule(*conversion) + "\n";
     }
     if (conversions.empty()) {
       text += "            written by qvn chart\n";
@@ -72,7 +78,8 @@ std::string list_formats() {
   text +=
       "\n\nFiles read\n"
       "  headerless frames (--from and --size say what they hold)\n"
-      "  PGM, PPM  binary, 8 and 16 bits, with their own size; a PPM also as a chart's --scene\n"
+      "  PGM, PPM  binary, 8 and 16 bits, with their own size; raw8, raw16be, rgb8 or rgb16be unless --from\n"
+      "            says otherwise; a PPM also as a chart's --scene\n"
       "\nFiles written\n"
       "  PNG, PPM, PGM  8 and 16 bits, by the suffix or --out-format\n"
       "  headerless frames by qvn chart\n";

@@ -1,4 +1,4 @@
-// The table of conversions, their size rules, and the one place that calls the library.
+// Look-up of conversions by name, their size rules, and the way from a library call to finished pictures.
 #include "conversions.h"
 
 #include <quorvane/quorvane.h>
@@ -13,44 +13,35 @@
 namespace qvn::tool {
 namespace {
 
-/// Some interpolations look a few bytes before a buffer; this many zeros lie before source and destination.
-constexpr std::size_t kMargin = 64;
-
-/// Functions of the form (dst, src, width, height, pattern).
-template <auto Entry>
-std::uint32_t mosaic_entry(std::uint8_t* dst, std::uint8_t* src, const Frame& frame) {
-  return Entry(dst, src, frame.size.width, frame.size.height, frame.pattern->code);
-}
-
-const std::vector<Conversion>& conversions() {
-  static const std::vector<Conversion> table{
-      {"raw8", "2x2", "bgr", "QVN_Raw8ToBGR", 2, 2, mosaic_entry<QVN_Raw8ToBGR>},
-      {"raw8", "2x2", "grey-bgr", "QVN_Raw8ToBGR_mono", 1, 2, mosaic_entry<QVN_Raw8ToBGR_mono>},
-      {"raw8", "2x2", "y8", "QVN_Raw8ToY8", 1, 2, mosaic_entry<QVN_Raw8ToY8>},
-      {"raw16be", "2x2", "bgr", "QVN_Raw16ToBGR", 1, 2, mosaic_entry<QVN_Raw16ToBGR>},
-  };
-  return table;
-}
-
 void add_once(std::vector<std::string>& names, std::string_view name) {
   if (std::find(names.begin(), names.end(), name) == names.end()) {
     names.emplace_back(name);
   }
 }
 
+std::string step_rule(std::uint32_t step) {
+  return step == 2 ? "even" : "a multiple of " + std::to_string(step);
+}
+
 void check_size(const Frame& frame, const Conversion& conversion) {
-  if (takes_size(conversion, frame.size)) {
-    return;
+  const SizeRule& rule = conversion.size;
+  const Size size = frame.size;
+  const std::string what = std::string(conversion.format) + " by method " + std::string(conversion.method) +
+                           " to " + std::string(conversion.target) + ": expected ";
+  if (size.width < rule.least.width || size.height < rule.least.height) {
+    throw Failure(what + "a frame of at least " + to_text(rule.least) + ", found " + to_text(size));
   }
-  const std::string what = std::string(frame.format->name) + " by method " + std::string(conversion.method) +
-                           " to " + std::string(conversion.target);
-  if (std::min(frame.size.width, frame.size.height) < conversion.smallest_side) {
-    const std::string side = std::to_string(conversion.smallest_side);
-    throw Failure(what + ": expected a frame of at least " + side + "x" + side + ", found " +
-                  to_text(frame.size));
+  if (size.width % rule.width_step != 0) {
+    throw Failure(what + "a width that is " + step_rule(rule.width_step) + ", found " +
+                  std::to_string(size.width));
   }
-  throw Failure(what + ": expected a width that is " + width_rule(conversion) + ", found " +
-                std::to_string(frame.size.width));
+  if (size.height % rule.height_step != 0) {
+    throw Failure(what + "a height that is " + step_rule(rule.height_step) + ", found " +
+                  std::to_string(size.height));
+  }
+  if (size.pixels() < rule.least_pixels) {
+    throw Failure(what + "at least " + std::to_string(rule.least_pixels) + " pixels, found " + to_text(size));
+  }
 }
 
 std::string status_text(std::uint32_t status) {
@@ -77,23 +68,42 @@ void to_file_order(Picture& picture) {
 
 }  // namespace
 
-std::string width_rule(const Conversion& conversion) {
-  if (conversion.width_step <= 2) {
-    return conversion.width_step == 2 ? "even" : "any";
+std::string size_rule(const Conversion& conversion) {
+  const SizeRule& rule = conversion.size;
+  std::vector<std::string> parts;
+  if (rule.width_step > 1) {
+    parts.push_back(step_rule(rule.width_step) + " width");
   }
-  return "a multiple of " + std::to_string(conversion.width_step);
+  if (rule.height_step > 1) {
+    parts.push_back(step_rule(rule.height_step) + " height");
+  }
+  if (rule.least != Size{1, 1}) {
+    parts.push_back("at least " + to_text(rule.least));
+  }
+  if (rule.least_pixels > 1) {
+    parts.push_back("at least " + std::to_string(rule.least_pixels) + " pixels");
+  }
+  std::string text;
+  for (const std::string& part : parts) {
+    text += (text.empty() ? "" : ", ") + part;
+  }
+  return text.empty() ? "any" : text;
 }
 
 bool takes_size(const Conversion& conversion, Size size) {
-  return std::min(size.width, size.height) >= conversion.smallest_side &&
-         size.width % conversion.width_step == 0;
+  const SizeRule& rule = conversion.size;
+  return size.width >= rule.least.width && size.height >= rule.least.height &&
+         size.width % rule.width_step == 0 && size.height % rule.height_step == 0 &&
+         size.pixels() >= rule.least_pixels;
 }
 
 const std::vector<Target>& targets() {
   static const std::vector<Target> table{
-      {"bgr", "colour picture, 8 bits a channel", 3, 8},
-      {"grey-bgr", "luma in all three channels, 8 bits each", 3, 8},
-      {"y8", "grey picture, 8 bits", 1, 8},
+      {"bgr", "colour picture, 8 bits a channel", 3, 8, ""},
+      {"grey-bgr", "luma in all three channels, 8 bits each", 3, 8, ""},
+      {"y8", "grey picture, 8 bits", 1, 8, ""},
+      {"planes", "red, green and blue as grey pictures: OUT with _r, _g, _b before its suffix", 1, 8, "rgb"},
+      {"planes-y", "the same and luma: _r, _g, _b, _y", 1, 8, "rgby"},
   };
   return table;
 }
@@ -144,23 +154,27 @@ const Conversion& find_conversion(const SourceFormat& format, const std::string&
                 (method.empty() ? "" : " by method " + method) + ": expected " + one_of(reached));
 }
 
-Picture convert(const Frame& frame, const Conversion& conversion) {
+std::vector<Picture> convert(const Frame& frame, const Conversion& conversion) {
   check_size(frame, conversion);
   const Target& target = find_target(conversion.target);
-  Picture picture{frame.size, target.channels, target.depth, {}};
+  const Picture empty{frame.size, target.channels, target.depth, {}};
+  const std::size_t length = empty.line_bytes() * frame.size.height;
+  std::vector<Picture> pictures(std::max<std::size_t>(target.planes.size(), 1), empty);
 
   // Methods that work inside the source get a copy like all others: the frame is converted again for a sheet.
-  std::vector<std::uint8_t> source(kMargin + frame.bytes.size());
-  std::copy(frame.bytes.begin(), frame.bytes.end(), source.begin() + kMargin);
-  picture.bytes.resize(kMargin + picture.line_bytes() * frame.size.height);
-
-  const std::uint32_t status = conversion.run(picture.bytes.data() + kMargin, source.data() + kMargin, frame);
+  std::vector<std::uint8_t> source(frame.bytes);
+  std::vector<std::uint8_t> result(length * pictures.size());
+  const std::uint32_t status = conversion.run(result.data(), source.data(), frame);
   if (status != QVN_OK) {
     throw Failure(std::string(conversion.entry) + " refused the frame: " + status_text(status));
   }
-  picture.bytes.erase(picture.bytes.begin(), picture.bytes.begin() + kMargin);
-  to_file_order(picture);
-  return picture;
+  const std::uint8_t* start = result.data();
+  for (Picture& picture : pictures) {
+    picture.bytes.assign(start, start + length);
+    to_file_order(picture);
+    start += length;
+  }
+  return pictures;
 }
 
 }  // namespace qvn::tool

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <random>
@@ -76,53 +77,114 @@ void write_in_place(const std::string& path, const std::vector<std::uint8_t>& by
   }
 }
 
-/// Removes what it names, unless told that it is wanted.
-class Unfinished {
+/// A file that is whole, beside the place that it is for. Unless it is moved there it goes with the object.
+class Staged {
  public:
-  explicit Unfinished(fs::path path) : path_(std::move(path)) {}
-  Unfinished(const Unfinished&) = delete;
-  Unfinished& operator=(const Unfinished&) = delete;
-  ~Unfinished() {
-    if (!kept_) {
-      std::error_code ignored;
-      fs::remove(path_, ignored);
-    }
+  Staged(std::string path, const std::vector<std::uint8_t>& bytes);
+  Staged(const Staged&) = delete;
+  Staged& operator=(const Staged&) = delete;
+  ~Staged() {
+    std::error_code ignored;
+    fs::remove(beside_, ignored);
+    fs::remove(old_, ignored);
   }
-  void keep() { kept_ = true; }
+
+  void move_in();
+  /// The same in two steps, so that take_back() finds the old file.
+  void move_in_keeping_old();
+  void take_back();
 
  private:
-  fs::path path_;
-  bool kept_ = false;
+  fs::path name_beside(const char* suffix) const {
+    const std::string name =
+        std::string(".").append(place_.filename().string()) + "." + std::to_string(std::random_device{}()) + suffix;
+    return fs::path(place_).replace_filename(name);
+  }
+
+  std::string path_;
+  fs::path place_;
+  fs::path beside_;
+  fs::path old_;
 };
 
-void write_beside(const std::string& path, const std::vector<std::uint8_t>& bytes) {
+Staged::Staged(std::string path, const std::vector<std::uint8_t>& bytes) : path_(std::move(path)) {
   std::error_code code;
   // A link stays a link: the file that it points to is the one to replace.
-  const fs::path place = fs::is_symlink(path, code) ? fs::weakly_canonical(path, code) : fs::path(path);
-  const fs::file_status old = fs::status(place, code);
-
-  std::string name(".");
-  name += place.filename().string() + "." + std::to_string(std::random_device{}()) + ".part";
-  const fs::path beside = fs::path(place).replace_filename(name);
+  place_ = fs::is_symlink(path_, code) ? fs::weakly_canonical(path_, code) : fs::path(path_);
+  const fs::path beside = name_beside(".part");
   File file(std::fopen(beside.string().c_str(), "wbx"));
   if (!file) {
-    throw cannot_write(path, errno);
+    throw cannot_write(path_, errno);
   }
-  Unfinished unfinished(beside);
-  if (!write_stream(file.get(), bytes)) {
-    throw cannot_write(path, errno);
+  int trouble = write_stream(file.get(), bytes) ? 0 : errno;
+  if (std::fclose(file.release()) != 0 && trouble == 0) {
+    trouble = errno;
   }
-  if (std::fclose(file.release()) != 0) {
-    throw cannot_write(path, errno);
+  if (trouble != 0) {
+    // The destructor does not run for an object that was never whole.
+    fs::remove(beside, code);
+    throw cannot_write(path_, trouble);
   }
+  beside_ = beside;
+  const fs::file_status old = fs::status(place_, code);
   if (fs::exists(old)) {
-    fs::permissions(beside, old.permissions(), code);
+    fs::permissions(beside_, old.permissions(), code);
   }
-  fs::rename(beside, place, code);
+}
+
+void Staged::move_in() {
+  std::error_code code;
+  fs::rename(beside_, place_, code);
   if (code) {
-    throw cannot_write(path, code.value());
+    throw cannot_write(path_, code.value());
   }
-  unfinished.keep();
+  beside_.clear();
+}
+
+void Staged::move_in_keeping_old() {
+  std::error_code code;
+  if (fs::exists(place_, code)) {
+    const fs::path old = name_beside(".old");
+    fs::rename(place_, old, code);
+    if (code) {
+      throw cannot_write(path_, code.value());
+    }
+    old_ = old;
+  }
+  try {
+    move_in();
+  } catch (...) {
+    if (!old_.empty()) {
+      take_back();
+    }
+    throw;
+  }
+}
+
+void Staged::take_back() {
+  std::error_code ignored;
+  if (old_.empty()) {
+    fs::remove(place_, ignored);
+  } else {
+    fs::rename(old_, place_, ignored);
+    old_.clear();
+  }
+}
+
+void check_name(const std::string& path) {
+  if (path.empty()) {
+    throw Failure("cannot write the output: expected a file name, found an empty one");
+  }
+  std::error_code code;
+  if (fs::is_directory(path, code)) {
+    throw Failure("cannot write " + quoted(path) + ": expected a file, found a directory");
+  }
+}
+
+bool is_device(const std::string& path) {
+  std::error_code code;
+  const fs::file_status status = fs::status(path, code);
+  return fs::exists(status) && !fs::is_regular_file(status);
 }
 
 }  // namespace
@@ -173,18 +235,33 @@ void write_output(const std::string& path, const std::vector<std::uint8_t>& byte
     }
     return;
   }
-  if (path.empty()) {
-    throw Failure("cannot write the output: expected a file name, found an empty one");
-  }
-  std::error_code code;
-  const fs::file_status status = fs::status(path, code);
-  if (fs::is_directory(status)) {
-    throw Failure("cannot write " + quoted(path) + ": expected a file, found a directory");
-  }
-  if (fs::exists(status) && !fs::is_regular_file(status)) {
+  check_name(path);
+  if (is_device(path)) {
     write_in_place(path, bytes);
   } else {
-    write_beside(path, bytes);
+    Staged(path, bytes).move_in();
+  }
+}
+
+void write_outputs(const std::vector<OutputFile>& files) {
+  std::deque<Staged> staged;
+  for (const OutputFile& file : files) {
+    check_name(file.path);
+    if (is_device(file.path)) {
+      throw Failure("cannot write " + quoted(file.path) + ": expected a file, found a device or a pipe");
+    }
+    staged.emplace_back(file.path, file.bytes);
+  }
+  std::size_t moved = 0;
+  try {
+    for (; moved < staged.size(); ++moved) {
+      staged[moved].move_in_keeping_old();
+    }
+  } catch (...) {
+    while (moved-- > 0) {
+      staged[moved].take_back();
+    }
+    throw;
   }
 }
 

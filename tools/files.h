@@ -1,7 +1,8 @@
 // Bytes from and to files and pipes; the name "-" stands for standard input or standard output.
 //
 // A file is written beside its place under a name of its own and renamed when it is whole, so that a failure
-// leaves neither half a file nor a changed old one. All failures are thrown as Failure.
+// leaves neither half a file nor a changed old one; of several files that belong together it leaves all old
+// or all new. All failures are thrown as Failure.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +20,14 @@ struct Input {
 /// Reads at most `limit` bytes.
 Input read_input(const std::string& path, std::uint64_t limit);
 void write_output(const std::string& path, const std::vector<std::uint8_t>& bytes);
+
+struct OutputFile {
+  std::string path;
+  std::vector<std::uint8_t> bytes;
+};
+
+/// All of them or none. Files alone: "-", devices and pipes are refused.
+void write_outputs(const std::vector<OutputFile>& files);
 
 /// "standard input", or the name in quotes.
 std::string input_name(const std::string& path);

@@ -11,15 +11,23 @@ struct SourceFormat {
   std::string_view name;
   std::string_view about;
   bool mosaic;                    // has a Bayer pattern
+  bool has_form;                  // has a SampleForm
   std::uint32_t netpbm_channels;  // channels of a PGM (1) or PPM (3) that holds the same bytes; 0: none does
   std::uint32_t netpbm_depth;     // bits a sample in that file
-  std::size_t (*bytes)(Size size);
-  std::vector<std::uint8_t> (*sample)(const SceneImage& scene, const Pattern& pattern);
+  std::uint32_t group;            // pixels that share bytes; groups run on from line to line
+  std::uint32_t group_bytes;
+  std::vector<std::uint8_t> (*sample)(const SceneImage& scene, const Pattern& pattern, SampleForm form);
 };
 
 const std::vector<SourceFormat>& source_formats();
 const SourceFormat& find_format(const std::string& name);
 /// The format that a netpbm file without further word is taken for.
 const SourceFormat& format_of_netpbm(std::uint32_t channels, std::uint32_t depth);
+
+/// Throws Failure for a size that leaves a part of a group.
+std::size_t frame_bytes(const SourceFormat& format, Size size);
+/// From the texts of --bits and --align, of which an empty one says nothing. Throws Failure for what is out
+/// of range, and for any text if the format has no SampleForm.
+SampleForm parse_form(const SourceFormat& format, const std::string& bits, const std::string& align);
 
 }  // namespace qvn::tool

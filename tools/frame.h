@@ -41,6 +41,12 @@ struct Pattern {
 const Pattern& find_pattern(const std::string& name);
 std::vector<std::string> pattern_names();
 
+/// Where the value lies in a 16-bit sample.
+struct SampleForm {
+  std::uint32_t bits = 16;
+  bool low = true;  // from bit 0 upwards; else from bit 15 downwards
+};
+
 struct SourceFormat;
 
 /// A frame as a camera sends it.
@@ -48,6 +54,7 @@ struct Frame {
   const SourceFormat* format = nullptr;
   Size size;
   const Pattern* pattern = nullptr;  // means nothing to formats that are no mosaics
+  SampleForm form;                   // means nothing to formats that have none
   std::vector<std::uint8_t> bytes;
 };
 

@@ -2,6 +2,7 @@
 #include "frame_file.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "failure.h"
 #include "files.h"
@@ -28,7 +29,8 @@ Frame frame_of_netpbm(const Input& input, const FrameOptions& options) {
   if (input.cut) {
     throw Failure(name + " is too long: expected at most " + std::to_string(kLongestFile) + " bytes");
   }
-  Picture picture = decode_netpbm(input.bytes, name);
+  NetpbmFile file = decode_netpbm(input.bytes, name);
+  Picture& picture = file.picture;
   Frame frame;
   frame.format = options.format.empty() ? &format_of_netpbm(picture.channels, picture.depth)
                                         : &find_format(options.format);
@@ -43,6 +45,9 @@ Frame frame_of_netpbm(const Input& input, const FrameOptions& options) {
   if (!options.size.empty() && parse_size(options.size) != picture.size) {
     throw Failure(name + ": expected " + options.size + " as --size says, found " + to_text(picture.size));
   }
+  if (file.spread && !(options.bits.empty() && options.align.empty())) {
+    throw Failure(name + " says itself how its samples lie: expected neither --bits nor --align");
+  }
   frame.size = picture.size;
   frame.bytes = std::move(picture.bytes);
   return frame;
@@ -56,7 +61,7 @@ Frame frame_of_bytes(const FrameOptions& options) {
   Frame frame;
   frame.format = &find_format(options.format);
   frame.size = parse_size(options.size);
-  const std::size_t expected = frame.format->bytes(frame.size);
+  const std::size_t expected = frame_bytes(*frame.format, frame.size);
   Input input = read_input(options.path, expected);
   if (input.cut || input.length != expected) {
     const bool more = input.cut || input.length > expected;
@@ -103,12 +108,26 @@ void check_channels(const std::string& file_format, std::uint32_t channels) {
   }
 }
 
+std::vector<std::uint8_t> encode(const std::string& path, const std::string& file_format,
+                                 const Picture& picture) {
+  const std::string chosen = file_format_of(path, file_format, false);
+  check_channels(chosen, picture.channels);
+  return chosen == "png" ? encode_png(picture) : encode_netpbm(picture);
+}
+
+/// dir/frame.png and r: dir/frame_r.png.
+std::string with_letter(const std::string& path, char letter) {
+  const std::filesystem::path whole(path);
+  const std::string name = whole.stem().string() + "_" + letter + whole.extension().string();
+  return std::filesystem::path(whole).replace_filename(name).string();
+}
+
 }  // namespace
 
 Frame read_frame(const FrameOptions& options) {
   const Pattern& pattern = find_pattern(options.pattern);
   if (!options.format.empty()) {
-    static_cast<void>(find_format(options.format));
+    static_cast<void>(parse_form(find_format(options.format), options.bits, options.align));
   }
   Frame frame;
   if (!options.size.empty() && !is_netpbm_suffix(suffix_of(options.path))) {
@@ -121,11 +140,12 @@ Frame read_frame(const FrameOptions& options) {
     frame = frame_of_netpbm(input, options);
   }
   frame.pattern = &pattern;
+  frame.form = parse_form(*frame.format, options.bits, options.align);
   return frame;
 }
 
 SceneImage read_scene(const std::string& path) {
-  const Picture picture = decode_netpbm(read_input(path, kLongestFile).bytes, input_name(path));
+  const Picture picture = decode_netpbm(read_input(path, kLongestFile).bytes, input_name(path)).picture;
   if (picture.channels != 3) {
     throw Failure(input_name(path) + ": expected a PPM as the scene, found a PGM");
   }
@@ -139,14 +159,27 @@ SceneImage read_scene(const std::string& path) {
   return scene;
 }
 
-void check_picture_name(const std::string& path, const std::string& file_format, std::uint32_t channels) {
+void check_picture_name(const std::string& path, const std::string& file_format, std::uint32_t channels,
+                        std::string_view letters) {
   check_channels(file_format_of(path, file_format, false), channels);
+  if (!letters.empty() && path == "-") {
+    throw Failure("standard output holds one picture: expected a file name for " +
+                  std::to_string(letters.size()) + " of them, found '-'");
+  }
 }
 
 void write_picture(const std::string& path, const std::string& file_format, const Picture& picture) {
-  const std::string chosen = file_format_of(path, file_format, false);
-  check_channels(chosen, picture.channels);
-  write_output(path, chosen == "png" ? encode_png(picture) : encode_netpbm(picture));
+  write_output(path, encode(path, file_format, picture));
+}
+
+void write_pictures(const std::string& path, const std::string& file_format,
+                    const std::vector<Picture>& pictures, std::string_view letters) {
+  check_picture_name(path, file_format, pictures.front().channels, letters);
+  std::vector<OutputFile> files;
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    files.push_back({with_letter(path, letters.at(i)), encode(path, file_format, pictures[i])});
+  }
+  write_outputs(files);
 }
 
 void write_frame(const std::string& path, const std::string& file_format, const Frame& frame) {

@@ -11,6 +11,8 @@ struct FrameOptions {
   std::string format;
   std::string size;
   std::string pattern = "rggb";
+  std::string bits;
+  std::string align;
 };
 
 /// Reads a headerless frame, whose format and size must be told, or a PGM or PPM, which brings both. A file
@@ -21,9 +23,15 @@ SceneImage read_scene(const std::string& path);
 
 /// `file_format` is png, ppm, pgm, or empty: then the suffix of `path` decides.
 void write_picture(const std::string& path, const std::string& file_format, const Picture& picture);
-/// The same, and raw: the frame's own bytes without a header, which is also what an unknown suffix means.
+/// Several pictures, all of them or none: each has its letter before the suffix, as in frame_r.png.
+void write_pictures(const std::string& path, const std::string& file_format,
+                    const std::vector<Picture>& pictures, std::string_view letters);
+/// As write_picture, and raw: the frame's own bytes without a header, which is also what an unknown suffix
+/// means.
 void write_frame(const std::string& path, const std::string& file_format, const Frame& frame);
-/// Throws the Failure of write_picture for a name that it would refuse, before any work is done.
-void check_picture_name(const std::string& path, const std::string& file_format, std::uint32_t channels);
+/// Throws the Failure of the two for a name that they would refuse, before any work is done. No letters: one
+/// picture.
+void check_picture_name(const std::string& path, const std::string& file_format, std::uint32_t channels,
+                        std::string_view letters = {});
 
 }  // namespace qvn::tool

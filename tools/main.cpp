@@ -33,6 +33,8 @@ struct ChartOptions {
   std::string format = "raw8";
   std::string size;
   std::string pattern = "rggb";
+  std::string bits;
+  std::string align;
   std::string scene;
   std::string seed = "1";
   double noise = 1.5;
@@ -59,13 +61,19 @@ void add_output(CLI::App& command, OutputOptions& output, const std::string& for
   command.add_option("--out-format", output.file_format, formats + ", if OUT's suffix does not say so");
 }
 
+/// The options that say how a frame's samples lie, for reading one and for making one.
+void add_samples(CLI::App& command, std::string& pattern, std::string& bits, std::string& align) {
+  command.add_option("--pattern", pattern, "Bayer order: rggb, grbg, gbrg or bggr")->capture_default_str();
+  command.add_option("--bits", bits, "Bits that count in a sample of y16be or y16le, 8 to 16 [16]");
+  command.add_option("--align", align, "Where they lie: lsb, from bit 0, or msb, up to bit 15 [lsb]");
+}
+
 void add_input(CLI::App& command, FrameOptions& input) {
   command.add_option("IN", input.path, "Headerless frame, PGM or PPM to read; - is standard input")
       ->required();
   command.add_option("--from", input.format, "Source format, see qvn formats; a PGM or PPM may go without");
   command.add_option("--size", input.size, "WIDTHxHEIGHT; a PGM or PPM brings its own");
-  command.add_option("--pattern", input.pattern, "Bayer order: rggb, grbg, gbrg or bggr")
-      ->capture_default_str();
+  add_samples(command, input.pattern, input.bits, input.align);
 }
 
 void add_chart(CLI::App& app, ChartOptions& chart, OutputOptions& output) {
@@ -74,8 +82,7 @@ void add_chart(CLI::App& app, ChartOptions& chart, OutputOptions& output) {
   command.add_option("--format", chart.format, "Source format to make, see qvn formats")
       ->capture_default_str();
   command.add_option("--size", chart.size, "WIDTHxHEIGHT [768x512, or the scene's size]");
-  command.add_option("--pattern", chart.pattern, "Bayer order: rggb, grbg, gbrg or bggr")
-      ->capture_default_str();
+  add_samples(command, chart.pattern, chart.bits, chart.align);
   command.add_option("--seed", chart.seed, "Seed of the noise")
       ->check(CLI::NonNegativeNumber)
       ->capture_default_str();
@@ -85,6 +92,7 @@ void add_chart(CLI::App& app, ChartOptions& chart, OutputOptions& output) {
   command.callback([&] {
     const SourceFormat& format = find_format(chart.format);
     const Pattern& pattern = find_pattern(chart.pattern);
+    const SampleForm form = parse_form(format, chart.bits, chart.align);
     if (!std::isfinite(chart.noise) || chart.noise < 0 || chart.noise > 255) {
       throw Failure("--noise: expected 0 to 255, found " + std::to_string(chart.noise));
     }
@@ -94,11 +102,12 @@ void add_chart(CLI::App& app, ChartOptions& chart, OutputOptions& output) {
     if (!chart.size.empty() && scene.size != wanted) {
       throw Failure("--scene: expected " + to_text(wanted) + " as --size says, found " + to_text(scene.size));
     }
+    static_cast<void>(frame_bytes(format, scene.size));
     if (chart.noise > 0) {
       add_noise(scene, seed, chart.noise);
     }
     write_frame(output.path, output.file_format,
-                {&format, scene.size, &pattern, format.sample(scene, pattern)});
+                {&format, scene.size, &pattern, form, format.sample(scene, pattern, form)});
   });
 }
 
@@ -111,8 +120,14 @@ void add_convert(CLI::App& app, FrameOptions& input, ConvertOptions& how, Output
   command.callback([&] {
     const Frame frame = read_frame(input);
     const Conversion& conversion = find_conversion(*frame.format, how.method, how.target);
-    check_picture_name(output.path, output.file_format, find_target(conversion.target).channels);
-    write_picture(output.path, output.file_format, convert(frame, conversion));
+    const Target& target = find_target(conversion.target);
+    check_picture_name(output.path, output.file_format, target.channels, target.planes);
+    const std::vector<Picture> pictures = convert(frame, conversion);
+    if (target.planes.empty()) {
+      write_picture(output.path, output.file_format, pictures.front());
+    } else {
+      write_pictures(output.path, output.file_format, pictures, target.planes);
+    }
   });
 }
 

@@ -83,7 +83,7 @@ bool looks_like_netpbm(const std::vector<std::uint8_t>& bytes) {
          (is_space(bytes[2]) || bytes[2] == '#');
 }
 
-Picture decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name) {
+NetpbmFile decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name) {
   if (!looks_like_netpbm(bytes)) {
     throw Failure(name + ": expected a binary PGM or PPM file (P5 or P6), found something else");
   }
@@ -96,7 +96,8 @@ Picture decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string&
   }
   const std::size_t start = header.end();
 
-  Picture picture;
+  NetpbmFile file;
+  Picture& picture = file.picture;
   picture.size = checked_size(name, width, height);
   picture.channels = bytes[1] == '5' ? 1 : 3;
   picture.depth = highest < 256 ? 8 : 16;
@@ -107,10 +108,11 @@ Picture decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string&
                   std::to_string(bytes.size() - start));
   }
   picture.bytes.assign(bytes.begin() + static_cast<std::ptrdiff_t>(start), bytes.end());
-  if (highest != 0xFF && highest != 0xFFFF) {
+  file.spread = highest != 0xFF && highest != 0xFFFF;
+  if (file.spread) {
     spread(picture, highest, name);
   }
-  return picture;
+  return file;
 }
 
 std::vector<std::uint8_t> encode_netpbm(const Picture& picture) {

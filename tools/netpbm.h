@@ -10,8 +10,13 @@ namespace qvn::tool {
 
 /// Whether the bytes begin like a PGM or PPM.
 bool looks_like_netpbm(const std::vector<std::uint8_t>& bytes);
+struct NetpbmFile {
+  Picture picture;
+  bool spread = false;  // the file's highest value was another than 255 or 65535
+};
+
 /// `name` begins the sentence of a Failure.
-Picture decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name);
+NetpbmFile decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name);
 /// One channel gives a PGM, three a PPM.
 std::vector<std::uint8_t> encode_netpbm(const Picture& picture);
 

@@ -167,21 +167,33 @@ void draw_crop(Picture& sheet, std::uint32_t left, std::uint32_t top, const Pict
   }
 }
 
+/// "direct to planes-y: _r".
+std::string heading(const Conversion& conversion, std::size_t plane) {
+  std::string text = std::string(conversion.method) + " to " + std::string(conversion.target);
+  const std::string_view letters = find_target(conversion.target).planes;
+  if (!letters.empty()) {
+    text += ": _";
+    text += letters[plane];
+  }
+  return text;
+}
+
 }  // namespace
 
 Picture make_sheet(const Frame& frame, const SheetOptions& options) {
   std::vector<const Conversion*> shown;
+  std::uint32_t count = 0;
   for (const Conversion* const conversion : conversions_of(*frame.format)) {
     if (takes_size(*conversion, frame.size)) {
       shown.push_back(conversion);
+      count += std::max(static_cast<std::uint32_t>(find_target(conversion->target).planes.size()), 1U);
     }
   }
   if (shown.empty()) {
     throw Failure("no method takes " + std::string(frame.format->name) + " at " + to_text(frame.size) +
                   ": see qvn formats");
   }
-  const Crop crop = place_crop(convert(frame, *shown.front()), options);
-  const std::uint32_t count = static_cast<std::uint32_t>(shown.size());
+  const Crop crop = place_crop(convert(frame, *shown.front()).front(), options);
   const std::uint32_t columns = std::min(count, kMostColumns);
   const std::uint32_t lines = (count + columns - 1) / columns;
   const std::uint32_t whole_height = reduced(frame.size).height;
@@ -197,16 +209,17 @@ Picture make_sheet(const Frame& frame, const SheetOptions& options) {
   }
   draw_text(sheet, kGap, kGap, 2, title, kDim);
 
-  for (std::uint32_t i = 0; i < count; ++i) {
-    const Conversion& conversion = *shown[i];
-    const std::uint32_t left = kGap + i % columns * (kCellWidth + kGap);
-    const std::uint32_t top = kTitleHeight + i / columns * (cell_height + kGap);
-    const std::string heading = std::string(conversion.method) + " to " + std::string(conversion.target);
-    draw_text(sheet, left, top + 6, 2, heading, kBright);
-    draw_text(sheet, left, top + 28, 1, conversion.entry, kDim);
-    const Picture picture = convert(frame, conversion);
-    draw_whole(sheet, left, top + kLabelHeight, picture);
-    draw_crop(sheet, left, top + kLabelHeight + whole_height + kGap / 2, picture, crop);
+  std::uint32_t cell = 0;
+  for (const Conversion* const conversion : shown) {
+    const std::vector<Picture> pictures = convert(frame, *conversion);
+    for (std::size_t i = 0; i < pictures.size(); ++i, ++cell) {
+      const std::uint32_t left = kGap + cell % columns * (kCellWidth + kGap);
+      const std::uint32_t top = kTitleHeight + cell / columns * (cell_height + kGap);
+      draw_text(sheet, left, top + 6, 2, heading(*conversion, i), kBright);
+      draw_text(sheet, left, top + 28, 1, conversion->entry, kDim);
+      draw_whole(sheet, left, top + kLabelHeight, pictures[i]);
+      draw_crop(sheet, left, top + kLabelHeight + whole_height + kGap / 2, pictures[i], crop);
+    }
   }
   return sheet;
 }

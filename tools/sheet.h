@@ -1,5 +1,5 @@
 // The contact sheet: one frame by every conversion that its format has, side by side, with names and enlarged
-// crops.
+// crops. Each plane has a cell of its own.
 #pragma once
 
 #include "frame.h"

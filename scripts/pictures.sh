@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Pictures of the test chart: scripts/pictures.sh TOOL OUTDIR
+#
+# Makes chart frames of 768x512 as cameras send them (OUTDIR/frames), in every format that the tool converts and
+# for mosaics in all four orders. Converts each by every method and to every target that `qvn formats` lists; a
+# mosaic's other three orders by its first method alone. OUTDIR/sheet.png shows the methods side by side.
+set -euo pipefail
+tool=${1:?usage: scripts/pictures.sh TOOL OUTDIR}
+out=${2:?usage: scripts/pictures.sh TOOL OUTDIR}
+size=768x512
+mkdir -p "$out/frames"
+
+make_frame() { "$tool" chart "$out/frames/$1.raw" --size $size --format "${1%%_*}" "${@:2}"; }
+convert() { "$tool" convert "$out/frames/$1.raw" "$out/$2.png" --size $size --from "${1%%_*}" "${@:3}"; }
+
+# A line for each conversion: format, mosaic or plain, method, target.
+conversions=$("$tool" formats | awk '
+  /^Targets/ { exit }
+  /^  [a-z]/ { format = $1; kind = /Bayer/ ? "mosaic" : "plain" }
+  /--method/ { print format, kind, $2, $4 }')
+
+made=
+while read -r format kind method target; do
+  frame=$format
+  order=()
+  if [[ $kind == mosaic ]]; then
+    frame=${format}_rggb
+    order=(--pattern rggb)
+  fi
+  if [[ $format != "$made" ]]; then
+    made=$format
+    make_frame "$frame" "${order[@]}"
+    if [[ $kind == mosaic ]]; then
+      for other in grbg gbrg bggr; do
+        make_frame "${format}_$other" --pattern $other
+        convert "${format}_$other" "${format}_${other}_${method}_$target" --pattern $other --method "$method" --to "$target"
+      done
+    fi
+  fi
+  convert "$frame" "${frame}_${method}_$target" "${order[@]}" --method "$method" --to "$target"
+done <<<"$conversions"
+
+"$tool" sheet "$out/frames/raw8_rggb.raw" "$out/sheet.png" --size $size --from raw8 --pattern rggb
+echo "Look at $out/sheet.png first; the pictures of every format and method are in $out."
