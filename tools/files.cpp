@@ -96,8 +96,8 @@ class Staged {
 
  private:
   fs::path name_beside(const char* suffix) const {
-    const std::string name =
-        std::string(".").append(place_.filename().string()) + "." + std::to_string(std::random_device{}()) + suffix;
+    const std::string name = std::string(".").append(place_.filename().string()) + "." +
+                             std::to_string(std::random_device{}()) + suffix;
     return fs::path(place_).replace_filename(name);
   }
 

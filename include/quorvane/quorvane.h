@@ -7,9 +7,9 @@
  * time, as long as their destinations are disjoint from each other's buffers.
  *
  * Frames. A frame is width * height pixels, top line first, without padding between lines or pixels. No
- * function knows how long a buffer is: the caller sizes it, and null pointers and a few selectors are all that
- * is checked. 16-bit samples in a source are big-endian (first byte most significant) unless a function says
- * otherwise; 16-bit words in a destination are in the host's order.
+ * function knows how long a buffer is: the caller sizes it, and null pointers and a few selectors are all
+ * that is checked. 16-bit samples in a source are big-endian (first byte most significant) unless a function
+ * says otherwise; 16-bit words in a destination are in the host's order.
  *
  * Overlap. Unless a function says that it works in place, its destination must not overlap its source.
  */
@@ -118,9 +118,9 @@ QVN_API uint32_t QVN_GetBitsPerPixel(ColorCodingId format, uint32_t* bitsPerPixe
 /**
  * Writes the text of a status code.
  *
- * The code's text and its terminating zero are copied as far as they fit in `size` bytes. A text that does not
- * fit arrives cut, without a terminator. A code without a text gets the operating system's text if that has
- * one for the code, else "return code not found". A size of 64 holds every text of the library whole.
+ * The code's text and its terminating zero are copied as far as they fit in `size` bytes. A text that does
+ * not fit arrives cut, without a terminator. A code without a text gets the operating system's text if that
+ * has one for the code, else "return code not found". A size of 64 holds every text of the library whole.
  *
  * @param code    any status code, of this library or of the camera layers beside it
  * @param buffer  receives the text; bytes behind the terminator are left alone
@@ -133,7 +133,8 @@ QVN_API uint32_t QVN_GetErrorInfo(uint32_t code, char* buffer, uint32_t size);
  * YUV to BGR
  *
  * Chroma bytes are unsigned with 128 as zero, and shared by all pixels of their group, without interpolation.
- * With u = U - 128 and v = V - 128, each term truncated toward zero on its own and each sum clamped to 0..255:
+ * With u = U - 128 and v = V - 128, each term truncated toward zero on its own and each sum clamped to
+ * 0..255:
  *
  *     blue  = Y + trunc(1.771 * u)
  *     green = Y + trunc(-0.3457 * u) + trunc(-0.7144 * v)
@@ -188,9 +189,9 @@ QVN_API uint32_t QVN_YUV411ToBGR(uint8_t* dst, const uint8_t* src, uint32_t coun
 QVN_API uint32_t QVN_RGB8ToBGR(uint8_t* dst, const uint8_t* src, uint32_t count);
 
 /**
- * RGB8 to luma: (0.72 * G + 0.21 * R) + 0.07 * B in double precision and in this order, truncated toward zero.
- * The weights do not add up exactly: white gives 254, and (10, 10, 10) gives 9. Works in place when dst equals
- * src.
+ * RGB8 to luma: (0.72 * G + 0.21 * R) + 0.07 * B in double precision and in this order, truncated toward
+ * zero. The weights do not add up exactly: white gives 254, and (10, 10, 10) gives 9. Works in place when dst
+ * equals src.
  *
  * @param dst  1 byte a pixel; count bytes
  * @param src  3 bytes a pixel: red, green, blue; 3 * count bytes
@@ -218,10 +219,10 @@ QVN_API uint32_t QVN_Y16ToBGR(uint8_t* dst, const uint8_t* src, uint32_t count);
  * Mono of up to 16 bits to BGR: the low byte of each sample shifted right, pushed by the two bits below it.
  * Not in place.
  *
- * The shift is bitsPerSample - 8 for alignment 1, else 8. Every bitsPerSample is taken: shift counts keep their
- * low five bits, a shift by 16 or more leaves 0, and so do the two bits at places that a sample does not have.
- * From 8 to 16 it does what one expects (8: no push, 9: no push of blue). Below 8 all bytes are 0; 24 gives 0
- * too, pushed by bits 15 and 14; 40 is 8 again.
+ * The shift is bitsPerSample - 8 for alignment 1, else 8. Every bitsPerSample is taken: shift counts keep
+ * their low five bits, a shift by 16 or more leaves 0, and so do the two bits at places that a sample does
+ * not have. From 8 to 16 it does what one expects (8: no push, 9: no push of blue). Below 8 all bytes are 0;
+ * 24 gives 0 too, pushed by bits 15 and 14; 40 is 8 again.
  *
  * @param dst            3 bytes a pixel: blue, green, red; 3 * count bytes
  * @param src            2 bytes a sample; 2 * count bytes
@@ -233,8 +234,8 @@ QVN_API uint32_t QVN_Y16ToBGREx(uint8_t* dst, const uint8_t* src, uint32_t count
                                 uint32_t alignment, uint32_t bitsPerSample);
 
 /**
- * Mono 16 to mono 8: the first byte of each sample, pushed up by one by bit 7 of the second one. Works in place
- * when dst equals src.
+ * Mono 16 to mono 8: the first byte of each sample, pushed up by one by bit 7 of the second one. Works in
+ * place when dst equals src.
  *
  * @param dst  1 byte a pixel; count bytes
  * @param src  2 bytes a sample, big-endian; 2 * count bytes
@@ -242,7 +243,8 @@ QVN_API uint32_t QVN_Y16ToBGREx(uint8_t* dst, const uint8_t* src, uint32_t count
 QVN_API uint32_t QVN_Y16ToY8(uint8_t* dst, const uint8_t* src, uint32_t count);
 
 /**
- * Mono of up to 16 bits to mono 8: as QVN_Y16ToBGREx, with the push of red. Works in place when dst equals src.
+ * Mono of up to 16 bits to mono 8: as QVN_Y16ToBGREx, with the push of red. Works in place when dst equals
+ * src.
  *
  * @param dst            1 byte a pixel; count bytes
  * @param src            2 bytes a sample; 2 * count bytes
@@ -263,9 +265,10 @@ QVN_API uint32_t QVN_Y16ToY8_MMX(uint8_t* dst, const uint8_t* src, uint32_t coun
 /* ---------------------------------------------------------------------------------------------------------
  * Planes
  *
- * Red, green and blue, and with the RGBY forms luma, to blocks of width * height bytes each. The product wraps
- * at 32 bits; a product of 0 is good and writes nothing. Pixels beyond the last whole group are neither read
- * nor written. Not in place. Planes may share memory: then each pixel is written as red, green, blue, luma.
+ * Red, green and blue, and with the RGBY forms luma, to blocks of width * height bytes each. The product
+ * wraps at 32 bits; a product of 0 is good and writes nothing. Pixels beyond the last whole group are neither
+ * read nor written. Not in place. Planes may share memory: then each pixel is written as red, green, blue,
+ * luma.
  *
  * The 4:2:2 forms use the formula of the conversions to BGR. The 4:4:4 and 4:1:1 forms truncate other sums,
  * and so can differ by one from it where chroma lies below 128; each sum is clamped to 0..255:
@@ -309,15 +312,15 @@ QVN_API uint32_t QVN_YUV411ToRGBYPlanes(uint8_t* dstR, uint8_t* dstG, uint8_t* d
                                         const uint8_t* src, uint32_t width, uint32_t height);
 
 /**
- * RGB8 to planes, with luma in dstY: (R * 0.299 + G * 0.587) + B * 0.114 in single precision and in this order,
- * truncated toward zero; white gives 255. A null dstY leaves the luma out.
+ * RGB8 to planes, with luma in dstY: (R * 0.299 + G * 0.587) + B * 0.114 in single precision and in this
+ * order, truncated toward zero; white gives 255. A null dstY leaves the luma out.
  *
  * Here planes are written one after the other, and the luma is made of what they hold then; that matters
  * where they share memory.
  *
  * @param src  3 bytes a pixel: red, green, blue
- * @return the first null plane of dstR, dstG and dstB: QVN_E_PARAM1 to QVN_E_PARAM3, except that all three may
- *         be null with a dstY (which only a size of 0 survives); then QVN_E_PARAM5 for a null src; else QVN_OK
+ * @return the first null plane of dstR, dstG and dstB: QVN_E_PARAM1 to QVN_E_PARAM3, except that all three
+ * may be null with a dstY (which only a size of 0 survives); then QVN_E_PARAM5 for a null src; else QVN_OK
  */
 QVN_API uint32_t QVN_RGB8ToRGBYPlanes(uint8_t* dstR, uint8_t* dstG, uint8_t* dstB, uint8_t* dstY,
                                       const uint8_t* src, uint32_t width, uint32_t height);
@@ -359,7 +362,8 @@ QVN_API uint32_t QVN_Raw8ToBGR_mono(uint8_t* dst, const uint8_t* src, uint32_t w
                                     BayerPattern pattern);
 
 /**
- * Raw8 to luma: (77 * R + 150 * G + 29 * B) >> 8 of each window, G being the mean of the greens, rounded down.
+ * Raw8 to luma: (77 * R + 150 * G + 29 * B) >> 8 of each window, G being the mean of the greens, rounded
+ * down.
  *
  * Last column: copy of the column before. Last line: copy of the line above. Odd widths from 3 are good.
  *
@@ -396,8 +400,8 @@ QVN_API uint32_t QVN_Raw16ToBGR(uint8_t* dst, const uint8_t* src, uint32_t width
  *     green, red line      (N + S) >> 1              (2 * C + SW + NE) >> 2   (W + E) >> 1
  *
  * Greens are smoothed along one diagonal only. Column 0 repeats column 1, the last column the one before it,
- * the first line the second and the last line the one before it. A height of 2 gives a black frame. A width of
- * 2 has no interior: each line but the first and last keeps its previous column 0 in both columns.
+ * the first line the second and the last line the one before it. A height of 2 gives a black frame. A width
+ * of 2 has no interior: each line but the first and last keeps its previous column 0 in both columns.
  *
  * Width even and at least 2, height at least 2, not in place; sizes are not checked. Pattern codes above 3
  * count as odd row phase here, whatever the rest of the code, unlike in the 2x2 functions.
@@ -419,17 +423,17 @@ QVN_API uint32_t QVN_Raw8ToBGR_3x3(uint8_t* dst, const uint8_t* src, uint32_t wi
  *     V = ((128 * R - 107 * G - 21 * B) >> 8) + 128
  *
  * its chroma is averaged to one U and V for two pixels, and the 4:2:2 stream is turned into BGR as by
- * QVN_YUV422ToBGR. Last column and last line are those of QVN_Raw8ToY8. Luma keeps every pixel, but for LCAA's
- * last four pixels of each half frame.
+ * QVN_YUV422ToBGR. Last column and last line are those of QVN_Raw8ToY8. Luma keeps every pixel, but for
+ * LCAA's last four pixels of each half frame.
  *
- * The source is destroyed: `src` is the store for half a frame of 4:2:2 and ends as that of the second half. The
- * frame is worked in two halves, and the filters stop at the seam between them. Pixels are a flat run: a tap
- * beyond a line's end is taken from the start of the next line.
+ * The source is destroyed: `src` is the store for half a frame of 4:2:2 and ends as that of the second half.
+ * The frame is worked in two halves, and the filters stop at the seam between them. Pixels are a flat run: a
+ * tap beyond a line's end is taken from the start of the next line.
  *
  * All three: width even and at least 2, height even (an odd one leaves raw samples in the last pixels of each
- * half; when (width * height) >> 1 is odd, the last pixel of each half of dst stays Y, U, V), not in place; sizes
- * are not checked. No memory but the two buffers is used. Statuses in order: QVN_E_PARAM1 for a null dst,
- * QVN_E_PARAM2 for a null src, else QVN_OK.
+ * half; when (width * height) >> 1 is odd, the last pixel of each half of dst stays Y, U, V), not in place;
+ * sizes are not checked. No memory but the two buffers is used. Statuses in order: QVN_E_PARAM1 for a null
+ * dst, QVN_E_PARAM2 for a null src, else QVN_OK.
  *
  * @param dst  3 bytes a pixel: blue, green, red; 3 * width * height bytes
  * @param src  1 byte a sample; width * height bytes; overwritten
@@ -440,24 +444,24 @@ QVN_API uint32_t QVN_Raw8ToBGR_IntYUV422(uint8_t* dst, uint8_t* src, uint32_t wi
                                          BayerPattern pattern);
 
 /**
- * Chroma is the mean of the pair's two pixels and the two behind them, rounded down. The last two pairs of each
- * half repeat the pair before them, luma included.
+ * Chroma is the mean of the pair's two pixels and the two behind them, rounded down. The last two pairs of
+ * each half repeat the pair before them, luma included.
  *
- * At least 3 pairs in a half frame, (height / 2) * width / 2. With exactly 2, nothing is computed and the four
- * bytes before `src` are read in their place.
+ * At least 3 pairs in a half frame, (height / 2) * width / 2. With exactly 2, nothing is computed and the
+ * four bytes before `src` are read in their place.
  */
 QVN_API uint32_t QVN_Raw8ToBGR_IntLCAA(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                                        BayerPattern pattern);
 
 /**
- * Chroma is the mean of a block four pixels wide (from the one before the pair to the one behind it) and two lines
- * high (the pair's line and the next one; in a half's last line, and its last pair of the line before, the
- * line above), rounded to nearest. The first pair of a half has its own first pixel as left tap on its own line. The
- * last two pairs of each half have the chroma of their first pixel.
+ * Chroma is the mean of a block four pixels wide (from the one before the pair to the one behind it) and two
+ * lines high (the pair's line and the next one; in a half's last line, and its last pair of the line before,
+ * the line above), rounded to nearest. The first pair of a half has its own first pixel as left tap on its
+ * own line. The last two pairs of each half have the chroma of their first pixel.
  *
- * Height at least 4. Heights 4 and 5, with two lines in a half, look back before the half frame: the three pixels
- * (9 bytes) before `dst` are read for the first half, and the bytes that the first half's conversion has just
- * written for the second.
+ * Height at least 4. Heights 4 and 5, with two lines in a half, look back before the half frame: the three
+ * pixels (9 bytes) before `dst` are read for the first half, and the bytes that the first half's conversion
+ * has just written for the second.
  */
 QVN_API uint32_t QVN_Raw8ToBGR_IntLCAAV(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                                         BayerPattern pattern);

@@ -19,13 +19,25 @@ inline constexpr size_t kStripRoom = kStripPixels + kLaneBytes;
 
 inline size_t strip_length(size_t left) { return left <= kStripPixels ? left : kStripStep; }
 
-// One chroma channel of a strip: pair q at index q + 1, the pairs beside the strip at both ends.
+// A word for each pair of a strip, from the pair before it (-1) to the one behind it. Pair 0 is aligned, so
+// that vectors of pairs are.
+class PairWords {
+ public:
+  uint16_t& operator[](ptrdiff_t pair) { return words_[static_cast<size_t>(pair + kLead)]; }
+  const uint16_t& operator[](ptrdiff_t pair) const { return words_[static_cast<size_t>(pair + kLead)]; }
+
+ private:
+  static constexpr ptrdiff_t kLead = kLaneCount<Words>;
+  alignas(64) std::array<uint16_t, kLead + kStripRoom / 2> words_{};
+};
+
+// One chroma channel of a strip: the left pixels of the pairs and the right ones.
 struct ChromaPairs {
-  std::array<uint16_t, kStripRoom / 2 + 2> even{}, odd{};
+  PairWords even, odd;
 };
 
 struct ChromaStrip {
-  std::array<uint8_t, kStripRoom> y{};
+  alignas(64) std::array<uint8_t, kStripRoom> y{};
   ChromaPairs u, v;
 };
 
@@ -44,24 +56,27 @@ struct Mosaic {
 
 // Fills a strip from rows of windows.
 struct StripOutput {
-  using Pixels = RgbPairs;
+  using Form = RbgForm;
   static constexpr bool kWholePairs = true;
   ChromaStrip& strip;
 
   void pixel(size_t x, Rgb<uint32_t> p) const {
     const Yuv<uint32_t> yuv = yuv_of(p);
+    const auto pair = static_cast<ptrdiff_t>(x / 2);
     strip.y[x] = static_cast<uint8_t>(yuv.y);
-    (x % 2 == 0 ? strip.u.even : strip.u.odd)[x / 2 + 1] = static_cast<uint16_t>(yuv.u);
-    (x % 2 == 0 ? strip.v.even : strip.v.odd)[x / 2 + 1] = static_cast<uint16_t>(yuv.v);
+    (x % 2 == 0 ? strip.u.even : strip.u.odd)[pair] = static_cast<uint16_t>(yuv.u);
+    (x % 2 == 0 ? strip.v.even : strip.v.odd)[pair] = static_cast<uint16_t>(yuv.v);
   }
 
-  void pixels(size_t x, RgbPairs p) const {
-    const size_t q = x / 2 + 1;
-    store(&strip.y[x], luma_77_150_29(p));
-    store_words(&strip.u.even[q], weighted_u(p.even) >> 8);
-    store_words(&strip.u.odd[q], weighted_u(p.odd) >> 8);
-    store_words(&strip.v.even[q], weighted_v(p.even) >> 8);
-    store_words(&strip.v.odd[q], weighted_v(p.odd) >> 8);
+  template <int Odd>
+  void pixels(size_t x, const RbgPairs<Odd>& p) const {
+    const auto pair = static_cast<ptrdiff_t>(x / 2);
+    const YuvPairs yuv(p);
+    store(&strip.y[x], join_top_bytes(yuv.even.y, yuv.odd.y));
+    store_words(&strip.u.even[pair], yuv.even.u >> 8);
+    store_words(&strip.u.odd[pair], yuv.odd.u >> 8);
+    store_words(&strip.v.even[pair], yuv.even.v >> 8);
+    store_words(&strip.v.odd[pair], yuv.odd.v >> 8);
   }
 
  private:
@@ -77,8 +92,9 @@ inline void fill_strip(ChromaStrip& strip, const Mosaic& mosaic, uint32_t row, u
   row_2x2<FetchRaw8>(StripOutput{strip}, line, line_end ? n - 1 : n);
   if (!line_end) return;
   strip.y[n - 1] = strip.y[n - 2];
-  strip.u.odd[n / 2] = strip.u.even[n / 2];
-  strip.v.odd[n / 2] = strip.v.even[n / 2];
+  const ptrdiff_t last = static_cast<ptrdiff_t>(n / 2) - 1;
+  strip.u.odd[last] = strip.u.even[last];
+  strip.v.odd[last] = strip.v.even[last];
 }
 
 // The pair right behind the strip: of the line, or of the start of the next one.
@@ -89,11 +105,11 @@ inline void fill_right_halo(ChromaStrip& strip, const Mosaic& mosaic, uint32_t r
     return line_end ? mosaic.pixel(row + 1, i) : mosaic.pixel(row, end + i);
   };
   const Yuv<uint32_t> first = pixel(0), second = pixel(1);
-  const size_t q = n / 2 + 1;
-  strip.u.even[q] = static_cast<uint16_t>(first.u);
-  strip.v.even[q] = static_cast<uint16_t>(first.v);
-  strip.u.odd[q] = static_cast<uint16_t>(second.u);
-  strip.v.odd[q] = static_cast<uint16_t>(second.v);
+  const auto behind = static_cast<ptrdiff_t>(n / 2);
+  strip.u.even[behind] = static_cast<uint16_t>(first.u);
+  strip.v.even[behind] = static_cast<uint16_t>(first.v);
+  strip.u.odd[behind] = static_cast<uint16_t>(second.u);
+  strip.v.odd[behind] = static_cast<uint16_t>(second.v);
 }
 
 }  // namespace qvn

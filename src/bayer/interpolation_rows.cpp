@@ -38,28 +38,28 @@ Words load_words(const uint16_t* from) {
 
 // The filters: chroma of the pairs of a strip from q on.
 struct PairMean {
-  static Words mean(const ChromaPairs& c, size_t q) {
-    return (load_words(&c.even[q + 1]) + load_words(&c.odd[q + 1])) >> 1;
+  static Words mean(const ChromaPairs& c, ptrdiff_t q) {
+    return (load_words(&c.even[q]) + load_words(&c.odd[q])) >> 1;
   }
-  UV operator()(const ChromaStrip& strip, size_t q) const { return {mean(strip.u, q), mean(strip.v, q)}; }
+  UV operator()(const ChromaStrip& strip, ptrdiff_t q) const { return {mean(strip.u, q), mean(strip.v, q)}; }
 };
 
 struct BoxMean {
-  static Words mean(const ChromaPairs& c, size_t q) {
-    return (load_words(&c.even[q + 1]) + load_words(&c.odd[q + 1]) + load_words(&c.even[q + 2]) +
-            load_words(&c.odd[q + 2])) >>
+  static Words mean(const ChromaPairs& c, ptrdiff_t q) {
+    return (load_words(&c.even[q]) + load_words(&c.odd[q]) + load_words(&c.even[q + 1]) +
+            load_words(&c.odd[q + 1])) >>
            2;
   }
-  UV operator()(const ChromaStrip& strip, size_t q) const { return {mean(strip.u, q), mean(strip.v, q)}; }
+  UV operator()(const ChromaStrip& strip, ptrdiff_t q) const { return {mean(strip.u, q), mean(strip.v, q)}; }
 };
 
 // For the block filter: the pixel before the pair, the pair, the pixel behind it. At most 4 * 255.
 struct SumOfFour {
-  static Words sum(const ChromaPairs& c, size_t q) {
-    return load_words(&c.odd[q]) + load_words(&c.even[q + 1]) + load_words(&c.odd[q + 1]) +
-           load_words(&c.even[q + 2]);
+  static Words sum(const ChromaPairs& c, ptrdiff_t q) {
+    return load_words(&c.odd[q - 1]) + load_words(&c.even[q]) + load_words(&c.odd[q]) +
+           load_words(&c.even[q + 1]);
   }
-  UV operator()(const ChromaStrip& strip, size_t q) const { return {sum(strip.u, q), sum(strip.v, q)}; }
+  UV operator()(const ChromaStrip& strip, ptrdiff_t q) const { return {sum(strip.u, q), sum(strip.v, q)}; }
 };
 
 UV mean_of_block(UV sums) { return {(sums.u + 4) >> 3, (sums.v + 4) >> 3}; }
@@ -184,7 +184,7 @@ void run_line_filter(const Half& half, const Filter& filter) {
       fill_right_halo(strip, half.mosaic, row, x, n);
       put_strip(
           half, row, x, n, [&](size_t i, size_t) __attribute__((always_inline)) {
-            return StripBlock{load<Bytes>(&strip.y[i]), filter(strip, i / 2)};
+            return StripBlock{load<Bytes>(&strip.y[i]), filter(strip, static_cast<ptrdiff_t>(i / 2))};
           });
       x += static_cast<uint32_t>(n);
     }
@@ -248,9 +248,10 @@ void fill_summable_strip(ChromaStrip& strip, const Mosaic& mosaic, uint32_t row,
                          LeftTap& left) {
   fill_strip(strip, mosaic, row, x, n);
   fill_right_halo(strip, mosaic, row, x, n);
-  strip.u.odd[0] = left.u;
-  strip.v.odd[0] = left.v;
-  left = {strip.u.odd[n / 2], strip.v.odd[n / 2]};
+  const ptrdiff_t last = static_cast<ptrdiff_t>(n / 2) - 1;
+  strip.u.odd[-1] = left.u;
+  strip.v.odd[-1] = left.v;
+  left = {strip.u.odd[last], strip.v.odd[last]};
 }
 
 // The block filter. Row by row: the row at hand waits in `dst`, the next one is made.
@@ -267,7 +268,8 @@ void run_block_filter(const Half& half) {
     const size_t n = strip_length(width - x);
     fill_summable_strip(strip, mosaic, half.first, x, n, left);
     for (size_t i = 0; i < n; i += kBlock) {
-      store_waiting(half.dst_at(half.first, x + i), {load<Bytes>(&strip.y[i]), SumOfFour{}(strip, i / 2)},
+      store_waiting(half.dst_at(half.first, x + i),
+                    {load<Bytes>(&strip.y[i]), SumOfFour{}(strip, static_cast<ptrdiff_t>(i / 2))},
                     std::min(kBlock, n - i));
     }
     x += static_cast<uint32_t>(n);
@@ -285,7 +287,7 @@ void run_block_filter(const Half& half) {
       put_strip(
           half, row, x, n, [&](size_t i, size_t count) __attribute__((always_inline)) {
             const StripBlock own = load_waiting(own_place + 3 * i, count);
-            const UV next = SumOfFour{}(strip, i / 2);
+            const UV next = SumOfFour{}(strip, static_cast<ptrdiff_t>(i / 2));
             const UV both{own.chroma.u + next.u, own.chroma.v + next.v};
             // The last row looks up to this one: the same sums of both.
             store_waiting(next_place + 3 * i, {load<Bytes>(&strip.y[i]), last_but_one ? both : next}, count);

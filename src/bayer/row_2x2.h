@@ -63,6 +63,18 @@ inline RgbPairs windows_2x2(const CellLine& line, size_t x, const RgbPairs*) {
   }
 }
 
+// And with red and blue in one word: the even bytes of the one line and the odd bytes of the other.
+template <class Fetch, int Odd>
+inline RbgPairs<Odd> windows_2x2(const CellLine& line, size_t x, const RbgForm*) {
+  const uint8_t* first = Odd == 0 ? line.red : line.blue;
+  const uint8_t* second = Odd == 0 ? line.blue : line.red;
+  const Bytes a = Fetch::samples(first, x), a_next = Fetch::samples(first, x + 1);
+  const Bytes b = Fetch::samples(second, x), b_next = Fetch::samples(second, x + 1);
+  const Words shared_green = odd_bytes(a);
+  return {masked_blend<places::is_parity<0>>(a, b), masked_blend<places::is_parity<0>>(b_next, a_next),
+          (shared_green + even_bytes(b)) >> 1, (shared_green + odd_bytes(b_next)) >> 1};
+}
+
 // Pixels `from` to n - 1, one at a time. An output takes pixel x as numbers, or pixels x, x + 1, ... as
 // lanes.
 template <class Fetch, class Output>
@@ -75,7 +87,7 @@ void row_2x2_plain(const Output& out, const CellLine& line, size_t from, size_t 
 template <class Fetch, int Odd, class Output>
 void row_2x2_vectors(const Output& out, CellLine line, size_t n) {
   constexpr size_t kStep = kLaneBytes;
-  constexpr const typename Output::Pixels* kForm = nullptr;
+  constexpr const typename Output::Form* kForm = nullptr;
   size_t x = 0;
   for (; x + kStep <= n; x += kStep) out.pixels(x, windows_2x2<Fetch, Odd>(line, x, kForm));
   if (x == n) return;
@@ -104,11 +116,14 @@ void row_2x2(const Output& out, const CellLine& line, size_t n) {
 // An output that writes packed pixels by a put.
 template <class Put>
 struct PackedPixels {
-  using Pixels = typename Put::Pixels;
+  using Form = typename Put::Form;
   static constexpr bool kWholePairs = false;
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
-  void pixels(size_t x, Pixels p) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
+  template <class Pixels>
+  void pixels(size_t x, const Pixels& p) const {
+    Put::pixels(dst + x * Put::kPixelBytes, p);
+  }
 };
 
 }  // namespace qvn

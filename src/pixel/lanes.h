@@ -135,12 +135,17 @@ constexpr int mask(int i) {
 
 // Byte i from a where Take(i) is not 0, else from b.
 template <int (*Take)(int)>
+inline Bytes masked_blend(Bytes a, Bytes b) {
+  const Bytes mask = constant<Bytes, places::mask<Take>>();
+  return (a & mask) | (b & ~mask);
+}
+
+template <int (*Take)(int)>
 inline Bytes blend(Bytes a, Bytes b) {
   if constexpr (kByteBlends) {
     return shuffle<places::blend<Take>>(a, b);
   } else {
-    const Bytes mask = constant<Bytes, places::mask<Take>>();
-    return (a & mask) | (b & ~mask);
+    return masked_blend<Take>(a, b);
   }
 }
 

@@ -33,6 +33,21 @@ inline SignedWords multiply_high(SignedWords a, SignedWords b) {
 #endif
 }
 
+// The sum of the two products of each pair of bytes, which must fit a word.
+inline SignedWords multiply_add_pairs(Bytes a, SignedBytes b) {
+#if defined(__AVX512BW__)
+  return as<SignedWords>(_mm512_maddubs_epi16(as<__m512i>(a), as<__m512i>(b)));
+#elif defined(__AVX2__)
+  return as<SignedWords>(_mm256_maddubs_epi16(as<__m256i>(a), as<__m256i>(b)));
+#elif defined(__SSSE3__)
+  return as<SignedWords>(_mm_maddubs_epi16(as<__m128i>(a), as<__m128i>(b)));
+#else
+  const SignedWords factors = as<SignedWords>(b);
+  return as<SignedWords>(even_bytes(a)) * ((factors << 8) >> 8) +
+         as<SignedWords>(odd_bytes(a)) * (factors >> 8);
+#endif
+}
+
 // The sum of the two products of each pair of lanes.
 inline SignedDoubleWords multiply_add_pairs(SignedWords a, SignedWords b) {
 #if defined(__AVX512BW__)

@@ -1,5 +1,5 @@
 // Puts: what is written for a pixel's channels. A put knows its bytes a pixel, how one pixel is written, and
-// how a vector of consecutive pixels is, in the form `Pixels`; it writes those bytes only.
+// how a vector of consecutive pixels is, in the form `Form`; it writes those bytes only.
 #pragma once
 
 #include <type_traits>
@@ -12,7 +12,7 @@
 namespace qvn {
 
 struct PutBgr {
-  using Pixels = Rgb<Bytes>;
+  using Form = Rgb<Bytes>;
   static constexpr size_t kPixelBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = static_cast<uint8_t>(p.b);
@@ -23,7 +23,7 @@ struct PutBgr {
 };
 
 struct PutY8 {
-  using Pixels = RgbPairs;
+  using Form = RgbPairs;
   static constexpr size_t kPixelBytes = 1;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
@@ -33,7 +33,7 @@ struct PutY8 {
 
 // Luma in all three bytes of a pixel.
 struct PutGreyBgr {
-  using Pixels = RgbPairs;
+  using Form = RgbPairs;
   static constexpr size_t kPixelBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = out[1] = out[2] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
@@ -44,10 +44,11 @@ struct PutGreyBgr {
 // A vector of pixels that are at hand as words, in the form that the put takes.
 template <class Put>
 inline void put_pairs(uint8_t* out, RgbPairs p) {
-  if constexpr (std::is_same_v<typename Put::Pixels, RgbPairs>) {
+  if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
     Put::pixels(out, p);
   } else {
-    Put::pixels(out, {join_bytes(p.even.r, p.odd.r), join_bytes(p.even.g, p.odd.g), join_bytes(p.even.b, p.odd.b)});
+    Put::pixels(
+        out, {join_bytes(p.even.r, p.odd.r), join_bytes(p.even.g, p.odd.g), join_bytes(p.even.b, p.odd.b)});
   }
 }
 

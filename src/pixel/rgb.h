@@ -16,4 +16,13 @@ struct RgbPairs {
   Rgb<Words> even, odd;
 };
 
+// The same with red and blue as the two bytes of a word, for sums that take them at once. Red is the lower
+// byte of the even pixels and the upper one of the odd pixels (Odd 0), or the other way about (Odd 1).
+struct RbgForm {};  // names the form, whose type depends on the row's phase
+template <int Odd>
+struct RbgPairs {
+  Bytes even, odd;
+  Words even_green, odd_green;
+};
+
 }  // namespace qvn

@@ -1,6 +1,6 @@
-// Y, U and V of a pixel with full-range weights, as the interpolations through YUV use them. Luma is the first
-// set of weights. The chroma weights sum to 0, so that grey has chroma 128; their sums lie in -32640..32640 and
-// are floored by the shift, which as unsigned words reads
+// Y, U and V of a pixel with full-range weights, as the interpolations through YUV use them. Luma is the
+// first set of weights. The chroma weights sum to 0, so that grey has chroma 128; their sums lie in
+// -32640..32640 and are floored by the shift, which as unsigned words reads
 //
 //     ((sum) >> 8) + 128  =  (sum + 32768) >> 8  with 128 <= sum + 32768 <= 65408
 //
@@ -9,6 +9,7 @@
 
 #include "pixel/luma.h"
 #include "pixel/merge3.h"
+#include "pixel/products.h"
 
 namespace qvn {
 
@@ -22,17 +23,33 @@ inline Yuv<uint32_t> yuv_of(Rgb<uint32_t> p) {
           (p.r * 128 - p.g * 107 - p.b * 21 + 32768) >> 8};
 }
 
-// A vector of pixels: chroma with its result in bits 15..8 of each word.
-inline Words weighted_u(Rgb<Words> p) {
-  return (p.b << 7) - p.g * factor<Words>(85) - p.r * factor<Words>(43) + 32768;
+// red * Red + blue * Blue of pixels that have the two as bytes of a word.
+template <int Red, int Blue, bool RedFirst>
+inline Words weighted_red_blue(Bytes red_blue) {
+  constexpr auto kLower = static_cast<uint8_t>(RedFirst ? Red : Blue);
+  constexpr auto kUpper = static_cast<uint8_t>(RedFirst ? Blue : Red);
+  return as<Words>(multiply_add_pairs(red_blue, as<SignedBytes>(factor<Words>(kUpper << 8 | kLower))));
 }
-inline Words weighted_v(Rgb<Words> p) {
-  return (p.r << 7) - p.g * factor<Words>(107) - p.b * factor<Words>(21) + 32768;
+
+// Y, U and V of a vector of pixels, with the results in bits 15..8 of each word.
+template <bool RedFirst>
+inline Yuv<Words> weighted_yuv(Bytes red_blue, Words green) {
+  const Words centre = factor<Words>(32768);
+  return {weighted_red_blue<77, 29, RedFirst>(red_blue) + green * factor<Words>(150),
+          centre - weighted_red_blue<43, -128, RedFirst>(red_blue) - green * factor<Words>(85),
+          centre - weighted_red_blue<-128, 21, RedFirst>(red_blue) - green * factor<Words>(107)};
 }
+
+template <int Odd>
+struct YuvPairs {
+  explicit YuvPairs(const RbgPairs<Odd>& p)
+      : even(weighted_yuv<Odd == 0>(p.even, p.even_green)), odd(weighted_yuv<Odd != 0>(p.odd, p.odd_green)) {}
+  Yuv<Words> even, odd;
+};
 
 // Three bytes a pixel in the order Y, U, V.
 struct PutYuv444 {
-  using Pixels = RgbPairs;
+  using Form = RbgForm;
   static constexpr size_t kPixelBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     const Yuv<uint32_t> yuv = yuv_of(p);
@@ -40,9 +57,11 @@ struct PutYuv444 {
     out[1] = static_cast<uint8_t>(yuv.u);
     out[2] = static_cast<uint8_t>(yuv.v);
   }
-  static void pixels(uint8_t* out, RgbPairs p) {
-    store_merge3(out, luma_77_150_29(p), join_top_bytes(weighted_u(p.even), weighted_u(p.odd)),
-                 join_top_bytes(weighted_v(p.even), weighted_v(p.odd)));
+  template <int Odd>
+  static void pixels(uint8_t* out, const RbgPairs<Odd>& p) {
+    const YuvPairs yuv(p);
+    store_merge3(out, join_top_bytes(yuv.even.y, yuv.odd.y), join_top_bytes(yuv.even.u, yuv.odd.u),
+                 join_top_bytes(yuv.even.v, yuv.odd.v));
   }
 };
 

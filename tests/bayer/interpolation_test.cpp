@@ -3,8 +3,10 @@
 #include "reference/interpolation.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <quorvane/quorvane.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <ostream>
@@ -116,6 +118,67 @@ TEST_P(Interpolation, EqualsReferenceOnCameraSizes) {
     for (std::uint32_t pattern : numbers(0, 3)) {
       ASSERT_TRUE(matches(GetParam(), width, height, pattern, random));
     }
+  }
+}
+
+/// Widths at which the last strip of a line is shortest and longest, and heights to either side of where
+/// frames begin to be worked row by row.
+TEST_P(Interpolation, EqualsReferenceAroundStrips) {
+  support::Random random(10);
+  for (std::uint32_t first : {254U, 510U}) {
+    for (std::uint32_t width = first; width <= first + 22; width += 2) {
+      for (std::uint32_t height : numbers(6, 14)) {
+        for (std::uint32_t pattern : numbers(0, 3)) {
+          ASSERT_TRUE(matches(GetParam(), width, height, pattern, random));
+        }
+      }
+    }
+  }
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kAddressSanitizer = true;
+#elif defined(__has_feature)
+constexpr bool kAddressSanitizer = __has_feature(address_sanitizer);
+#else
+constexpr bool kAddressSanitizer = false;
+#endif
+
+/// Nothing on the stack grows with the width: a line of 100,000 pixels on a stack of 64 KiB.
+TEST_P(Interpolation, WideLinesNeedNoStack) {
+  if (kAddressSanitizer) GTEST_SKIP() << "the sanitizer needs more stack than this";
+  struct Job {
+    const Entry& entry;
+    Bytes src, dst;
+    std::uint32_t height;
+    std::uint32_t status;
+  };
+  constexpr std::uint32_t kWidth = 100000;
+  support::Random random(11);
+  // Row by row, and as passes over the whole frame.
+  for (std::uint32_t height : {6U, 7U}) {
+    Job job{GetParam(), Bytes(kWidth * height), Bytes(std::size_t{3} * kWidth * height), height, 1};
+    random.fill(job.src.data(), job.src.size());
+    Bytes src = job.src;
+    Bytes dst = job.dst;
+    job.entry.reference(dst.data(), src.data(), kWidth, height, 0);
+
+    pthread_attr_t attributes;
+    pthread_t thread;
+    ASSERT_EQ(0, pthread_attr_init(&attributes));
+    const auto stack = std::max<std::size_t>(std::size_t{64} * 1024, PTHREAD_STACK_MIN);
+    ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, stack));
+    const auto run = [](void* argument) -> void* {
+      auto& mine = *static_cast<Job*>(argument);
+      mine.status = mine.entry.library(mine.dst.data(), mine.src.data(), kWidth, mine.height, 0);
+      return nullptr;
+    };
+    ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &job));
+    ASSERT_EQ(0, pthread_join(thread, nullptr));
+    pthread_attr_destroy(&attributes);
+    EXPECT_EQ(QVN_OK, job.status);
+    EXPECT_TRUE(dst == job.dst) << "dst, height " << height;
+    EXPECT_TRUE(src == job.src) << "src, height " << height;
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "pixel/luma.h"
 #include "pixel/merge3.h"
+#include "pixel/products.h"
 
 namespace qvn {
 namespace {
@@ -113,6 +114,17 @@ TEST(Merge3, InterleavedFormEqualsPermutedForm) {
     EXPECT_EQ(permuted, interleaved);
   } else {
     GTEST_SKIP() << "this level has one form only";
+  }
+}
+
+TEST(Products, PairsOfBytes) {
+  const std::vector<uint8_t> from = random_bytes(2 * kLaneBytes, 7);
+  const Bytes a = load<Bytes>(from.data());
+  SignedBytes b = as<SignedBytes>(load<Bytes>(from.data() + kLaneBytes));
+  for (int i = 0; i < kLaneBytes; ++i) b[i] = static_cast<int8_t>(b[i] / 2);  // sums that fit a word
+  const SignedWords sums = multiply_add_pairs(a, b);
+  for (int i = 0; i < kLaneBytes / 2; ++i) {
+    ASSERT_EQ(sums[i], a[2 * i] * b[2 * i] + a[2 * i + 1] * b[2 * i + 1]) << i;
   }
 }
 
