@@ -7,6 +7,6 @@ source scripts/packages.sh
 
 preset=${1:-dev}
 install_packages "${build_packages[@]}" "${test_packages[@]}"
-cmake --preset "$preset" -G Ninja -DQUORVANE_BUILD_TOOLS=ON -DQUORVANE_BUILD_TESTS=ON
+cmake --preset "$preset" -DQUORVANE_BUILD_TOOLS=ON -DQUORVANE_BUILD_TESTS=ON
 cmake --build --preset "$preset"
 ctest --preset "$preset" -j "$(nproc)" --no-tests=error

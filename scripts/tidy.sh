@@ -4,4 +4,4 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:?usage: scripts/tidy.sh BUILD-DIRECTORY}
 git ls-files 'src/*.cpp' 'tools/*.cpp' ':!src/frame/platform_windows.cpp' |
-  xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet 2>/dev/null
+  xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet
