@@ -1,0 +1,11 @@
+// The chroma filter over a block four pixels wide and two lines high, for a half frame.
+#pragma once
+
+#include "bayer/half_frame.h"
+
+namespace qvn {
+
+// All rows of the half; the last one of the second half is left parked.
+void run_block_filter(const Half& half);
+
+}  // namespace qvn
