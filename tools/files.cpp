@@ -110,7 +110,15 @@ class Staged {
 Staged::Staged(std::string path, const std::vector<std::uint8_t>& bytes) : path_(std::move(path)) {
   std::error_code code;
   // A link stays a link: the file that it points to is the one to replace.
-  place_ = fs::is_symlink(path_, code) ? fs::weakly_canonical(path_, code) : fs::path(path_);
+  place_ = path_;
+  for (int links = 0; fs::is_symlink(place_, code); ++links) {
+    constexpr int kMostLinks = 40;
+    if (links == kMostLinks) {
+      throw cannot_write(path_, ELOOP);
+    }
+    const fs::path target = fs::read_symlink(place_, code);
+    place_ = target.is_absolute() ? target : place_.parent_path() / target;
+  }
   const fs::path beside = name_beside(".part");
   File file(std::fopen(beside.string().c_str(), "wbx"));
   if (!file) {
@@ -220,7 +228,8 @@ Input read_input(const std::string& path, std::uint64_t limit) {
   }
   read_stream(file.get(), input_name(path), limit, input);
   input.length = input.bytes.size();
-  if (fs::is_regular_file(status)) {
+  // How long a file says that it is serves the message alone: what was read is what there is.
+  if (input.cut && fs::is_regular_file(status)) {
     const std::uintmax_t length = fs::file_size(path, code);
     input.length = code ? input.length : length;
   }

@@ -166,6 +166,12 @@ void check_picture_name(const std::string& path, const std::string& file_format,
     throw Failure("standard output holds one picture: expected a file name for " +
                   std::to_string(letters.size()) + " of them, found '-'");
   }
+  const std::filesystem::path file = std::filesystem::path(path).filename();
+  std::error_code code;
+  const bool other = std::filesystem::exists(path, code) && !std::filesystem::is_regular_file(path, code);
+  if (!letters.empty() && (other || file.empty() || file == "." || file == "..")) {
+    throw Failure("cannot write a set of pictures: expected a file name for OUT, found '" + path + "'");
+  }
 }
 
 void write_picture(const std::string& path, const std::string& file_format, const Picture& picture) {

@@ -190,7 +190,11 @@ int run(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
-      return app.exit(error);
+      app.exit(error);
+      if (!std::cout.flush()) {
+        throw Failure("cannot write standard output");
+      }
+      return 0;
     }
     return report(parse_trouble(app, error, argc, argv) + " (see qvn --help)");
   }

@@ -4,7 +4,7 @@
  *
  * Plain C (C99 and later) and C++. Every function works on memory that the caller owns, keeps nothing from
  * one call to the next, and returns a status code. Any number of threads may call any function at the same
- * time, as long as their destinations are disjoint from each other's buffers.
+ * time, as long as no buffer that one of them writes overlaps a buffer of another.
  *
  * Frames. A frame is width * height pixels, top line first, without padding between lines or pixels. No
  * function knows how long a buffer is: the caller sizes it, and null pointers and a few selectors are all
@@ -66,6 +66,7 @@ typedef uint32_t ColorCodingId;
  *     2      G R          B G
  *     3      B G          G R
  *
+ * A library without its version record (QVN_GetVersion gives 0) takes codes 1 and 2 the other way about.
  * Codes above 3 are not refused: bit 0 of the code shifts the cell by a column and the parity of the rest of
  * it by a line, so that 5 starts with G R over B G.
  */
@@ -123,7 +124,8 @@ QVN_API uint32_t QVN_GetBitsPerPixel(ColorCodingId format, uint32_t* bitsPerPixe
  * has one for the code, else "return code not found". A size of 64 holds every text of the library whole.
  *
  * @param code    any status code, of this library or of the camera layers beside it
- * @param buffer  receives the text; bytes behind the terminator are left alone
+ * @param buffer  receives the text; bytes behind the terminator of a text of the library's own are left
+ * alone, behind a text of the operating system's the rest of "return code not found" may stand
  * @param size    bytes that `buffer` holds
  * @return QVN_E_PARAM2 for a null buffer, QVN_E_PARAM3 for a size of 0, else QVN_OK, also for unknown codes
  */
@@ -271,7 +273,8 @@ QVN_API uint32_t QVN_Y16ToY8_MMX(uint8_t* dst, const uint8_t* src, uint32_t coun
  * luma.
  *
  * The 4:2:2 forms use the formula of the conversions to BGR. The 4:4:4 and 4:1:1 forms truncate other sums,
- * and so can differ by one from it where chroma lies below 128; each sum is clamped to 0..255:
+ * and so differ from it: red and blue by one where chroma lies below 128, green by up to 8; each sum is
+ * clamped to 0..255:
  *
  *     red   = trunc(Y + 1.4022 * v)
  *     green = Y + d, d = -0.3457 * u - 0.7144 * v clamped to -128..127, truncated
@@ -333,7 +336,8 @@ QVN_API uint32_t QVN_RGB8ToRGBYPlanes(uint8_t* dstR, uint8_t* dstG, uint8_t* dst
  * sample, and its last column and last line, which have no window, are filled as each function says.
  *
  * All four: width even and at least 2, height at least 2, not in place. Sizes are not checked; others are
- * outside the contract, with one exception: where a function says so, odd widths are good. Statuses in order:
+ * outside the contract, with one exception: where a function says so, odd widths are good. A height of 1
+ * copies the line before dst to dst; a height of 0 and widths of 0 or 1 can run away. Statuses in order:
  * QVN_E_PARAM1 for a null dst, QVN_E_PARAM2 for a null src, else QVN_OK.
  * ------------------------------------------------------------------------------------------------------ */
 
@@ -341,8 +345,8 @@ QVN_API uint32_t QVN_RGB8ToRGBYPlanes(uint8_t* dstR, uint8_t* dstG, uint8_t* dst
  * Raw8 to BGR.
  *
  * Last column: copy of the column before. Last line: copy of the line above. An odd width writes width + 1
- * pixels a line at an unchanged source pitch, so that the lines drift to the right and the picture ends
- * beyond 3 * width * height bytes; don't use one.
+ * pixels a line at an unchanged source pitch, so that the lines drift to the right, the picture ends beyond
+ * 3 * width * height bytes, and one byte behind src is read; don't use one.
  *
  * @param dst  3 bytes a pixel: blue, green, red; 3 * width * height bytes
  * @param src  1 byte a sample; width * height bytes
@@ -375,7 +379,7 @@ QVN_API uint32_t QVN_Raw8ToY8(uint8_t* dst, const uint8_t* src, uint32_t width, 
 
 /**
  * Raw16 to BGR at 8 bits a channel, from the first byte of each sample (its top eight bits); the second byte
- * is never read.
+ * does not count.
  *
  * Last column: black. Last line: copy of the line above. Odd widths from 3 are good.
  *
@@ -403,8 +407,10 @@ QVN_API uint32_t QVN_Raw16ToBGR(uint8_t* dst, const uint8_t* src, uint32_t width
  * the first line the second and the last line the one before it. A height of 2 gives a black frame. A width
  * of 2 has no interior: each line but the first and last keeps its previous column 0 in both columns.
  *
- * Width even and at least 2, height at least 2, not in place; sizes are not checked. Pattern codes above 3
- * count as odd row phase here, whatever the rest of the code, unlike in the 2x2 functions.
+ * Width even and at least 2, height at least 2, not in place; sizes are not checked. An odd width writes
+ * width + 1 pixels a line and moves on by width + 1 samples, beyond the end of both buffers; a height of 0 or
+ * 1 runs away. Pattern codes above 3 count as odd row phase here, whatever the rest of the code, unlike in
+ * the 2x2 functions.
  *
  * @param dst  3 bytes a pixel: blue, green, red; 3 * width * height bytes
  * @param src  1 byte a sample; width * height bytes
@@ -459,9 +465,10 @@ QVN_API uint32_t QVN_Raw8ToBGR_IntLCAA(uint8_t* dst, uint8_t* src, uint32_t widt
  * the line above), rounded to nearest. The first pair of a half has its own first pixel as left tap on its
  * own line. The last two pairs of each half have the chroma of their first pixel.
  *
- * Height at least 4. Heights 4 and 5, with two lines in a half, look back before the half frame: the three
- * pixels (9 bytes) before `dst` are read for the first half, and the bytes that the first half's conversion
- * has just written for the second.
+ * Height at least 4; heights 2 and 3 read the line before dst and write four bytes behind each half's 4:2:2
+ * form. Heights 4 and 5, with two lines in a half, look back before the half frame: the three pixels (9
+ * bytes) before `dst` are read for the first half, and the bytes that the first half's conversion has just
+ * written for the second.
  */
 QVN_API uint32_t QVN_Raw8ToBGR_IntLCAAV(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                                         BayerPattern pattern);

@@ -86,14 +86,17 @@ void pack_half_frame(ChromaFilter filter, uint8_t* out, const uint8_t* frame, ui
 
 void interpolate(ChromaFilter filter, uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                  uint32_t pattern) {
-  if (runs_by_rows(width, height)) return interpolate_rows(filter, dst, src, width, height, pattern);
+  const HueSatPair& pair = color_tables.hue_sat;
+  if (runs_by_rows(width, height) && pair.hue == 0.0F && pair.saturation == 1.0F) {
+    return interpolate_rows(filter, dst, src, width, height, pattern);
+  }
   BayerToYUV444(dst, src, width, height, pattern);
   // With an odd height a half holds fewer pairs than are converted: the rest is what `src` holds there.
   const uint32_t pixels = (width * height) >> 1;
   const uint32_t second_half = (width * height * 3) >> 1;
   for (uint8_t* half : {dst, dst + second_half}) {
     pack_half_frame(filter, src, half, width, height);
-    YUV422ToBGRAdjustable(half, src, pixels, color_tables.hue_sat.hue, color_tables.hue_sat.saturation);
+    YUV422ToBGRAdjustable(half, src, pixels, pair.hue, pair.saturation);
   }
 }
 

@@ -9,12 +9,15 @@
 
 namespace qvn {
 
-// From this size on every half has lines enough that no tap looks before its half, and every line pairs
-// enough for its end.
+// Whether a frame can run by rows. From 8 by 6 on every half has lines enough that no tap looks before its
+// half, and every line pairs enough for its end. Beyond 2^32 bytes of working frame the passes' halves wrap
+// around. The rows are written in vectors only.
 inline bool runs_by_rows(uint32_t width, uint32_t height) {
-  return width % 2 == 0 && height % 2 == 0 && width >= 8 && height >= 6;
+  const bool wraps = uint64_t{width} * height * 3 > UINT32_MAX;
+  return kVectorRows && width % 2 == 0 && height % 2 == 0 && width >= 8 && height >= 6 && !wraps;
 }
 
+// For hue 0 and saturation 1, the plain conversion.
 void interpolate_rows(ChromaFilter filter, uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                       uint32_t pattern);
 

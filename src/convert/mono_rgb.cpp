@@ -49,13 +49,13 @@ SamplePair load_samples(const uint8_t* from) {
 
 struct CutLanes {
   uint32_t shift;
-  Words byte_mask, round_bit, drop_bit;
+  Words byte_mask, roundBit, dropBit;
 
   explicit CutLanes(SampleCut cut)
       : shift(cut.shift),
         byte_mask(Words{} + cut.byte_mask),
-        round_bit(Words{} + cut.round_bit),
-        drop_bit(Words{} + cut.drop_bit) {}
+        roundBit(Words{} + cut.roundBit),
+        dropBit(Words{} + cut.dropBit) {}
 
   Words bytes(Words samples) const { return (samples >> shift) & byte_mask; }
 };
@@ -69,17 +69,16 @@ template <SampleOrder order>
 void y16_to_bgr_vector(uint8_t* dst, const uint8_t* src, const CutLanes& cut) {
   const auto [first, second] = load_samples<order>(src);
   const Words byte0 = cut.bytes(first), byte1 = cut.bytes(second);
-  const Bytes blue = narrow_to_bytes(pushed(byte0, first, cut.drop_bit), pushed(byte1, second, cut.drop_bit));
-  const Bytes red =
-      narrow_to_bytes(pushed(byte0, first, cut.round_bit), pushed(byte1, second, cut.round_bit));
+  const Bytes blue = narrow_to_bytes(pushed(byte0, first, cut.dropBit), pushed(byte1, second, cut.dropBit));
+  const Bytes red = narrow_to_bytes(pushed(byte0, first, cut.roundBit), pushed(byte1, second, cut.roundBit));
   store_merge3(dst, blue, narrow_to_bytes(as<SignedWords>(byte0), as<SignedWords>(byte1)), red);
 }
 
 template <SampleOrder order>
 void y16_to_y8_vector(uint8_t* dst, const uint8_t* src, const CutLanes& cut) {
   const auto [first, second] = load_samples<order>(src);
-  store(dst, narrow_to_bytes(pushed(cut.bytes(first), first, cut.round_bit),
-                             pushed(cut.bytes(second), second, cut.round_bit)));
+  store(dst, narrow_to_bytes(pushed(cut.bytes(first), first, cut.roundBit),
+                             pushed(cut.bytes(second), second, cut.roundBit)));
 }
 
 namespace places {
@@ -157,9 +156,9 @@ void y16_to_bgr_plain(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder or
   for (size_t x = 0; x < n; ++x, dst += 3, src += 2) {
     const uint32_t sample = load_sample(src, order);
     const uint8_t byte = cut_byte(sample, cut);
-    dst[0] = pushed(byte, (sample & cut.drop_bit) != 0);
+    dst[0] = pushed(byte, (sample & cut.dropBit) != 0);
     dst[1] = byte;
-    dst[2] = pushed(byte, (sample & cut.round_bit) != 0);
+    dst[2] = pushed(byte, (sample & cut.roundBit) != 0);
   }
 }
 
@@ -178,7 +177,7 @@ void y16_to_bgr(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, S
 void y16_to_y8_plain(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, SampleCut cut) {
   for (size_t x = 0; x < n; ++x) {
     const uint32_t sample = load_sample(src + 2 * x, order);
-    dst[x] = pushed(cut_byte(sample, cut), (sample & cut.round_bit) != 0);
+    dst[x] = pushed(cut_byte(sample, cut), (sample & cut.roundBit) != 0);
   }
 }
 

@@ -15,8 +15,8 @@ namespace qvn {
 struct SampleCut {
   uint32_t shift;      // below 16
   uint16_t byte_mask;  // 0xFF, or 0 where nothing of the sample is left
-  uint16_t round_bit;  // pushes red, and mono
-  uint16_t drop_bit;   // pushes blue
+  uint16_t roundBit;   // pushes red, and mono
+  uint16_t dropBit;    // pushes blue
 };
 
 // The top byte, for samples of 16 bits and for all that are aligned to the top.

@@ -6,7 +6,8 @@
 // place by three bytes a pixel.
 //
 // A layout knows its group, one group at a time, and a vector's worth of them. An arithmetic is PackedChroma
-// or PlaneChroma. An output takes pixel x as numbers, or pixels x, x + 1, ... as lanes.
+// or PlaneChroma, or in plain rows any other with a `pixel`. An output takes pixel x as numbers, or pixels x,
+// x + 1, ... as lanes.
 #pragma once
 
 #include "convert/chroma.h"

@@ -23,8 +23,9 @@ extern std::array<uint32_t, 256> UTable, VTable;
 constexpr int32_t high_half(uint32_t entry) { return static_cast<int32_t>(entry) >> 16; }
 constexpr int32_t low_half(uint32_t entry) { return static_cast<int16_t>(entry & 0xFFFF); }
 
-// Bytes at first * 256 + second. They truncate the whole sum, so for chroma below 128 they can be one lower
-// than UTable and VTable make it. Callers depend on the difference: the two sets stay apart.
+// Bytes at first * 256 + second. They truncate the whole sum, so for chroma below 128 red and blue can be one
+// lower than UTable and VTable make them, and green differs by its own clamp and truncation. Callers depend
+// on the difference: the two sets stay apart.
 using PlaneTable = std::array<uint8_t, 65536>;
 extern PlaneTable PlaneRTable;       // Y, V
 extern PlaneTable PlaneBTable;       // Y, U

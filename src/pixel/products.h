@@ -4,6 +4,8 @@
 //
 // What narrows two vectors to one works block by block: each 16-byte block of the result holds that block of
 // the first vector and then that of the second, which undoes interleave_low and interleave_high.
+//
+// For 64-byte vectors g++ 12 works narrowings of constants out wrongly; give them loaded or hidden operands.
 #pragma once
 
 #include "pixel/lanes.h"

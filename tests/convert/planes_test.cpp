@@ -166,6 +166,29 @@ TEST_P(ToPlanes, CountsBelowAGroupTouchNothing) {
   }
 }
 
+/// Planes that share bytes: the order of the writes decides.
+TEST_P(ToPlanes, PlanesMayShareMemory) {
+  support::Random random(9);
+  for (std::uint32_t count : {4U, 64U, 100U, 257U}) {
+    for (std::size_t g : {0U, 1U, 7U, 32U}) {
+      for (std::size_t b : {0U, 1U, 7U, 32U}) {
+        for (std::size_t y : {0U, 1U, 32U, 400U}) {
+          const auto planes = [=](std::uint8_t* dst) { return Planes{dst, dst + g, dst + b, dst + y}; };
+          ASSERT_TRUE(support::same_effect(
+              support::Room{.size = 700}, support::Room{.size = bytes_in(count)}, random,
+              [&](std::uint8_t* dst, const std::uint8_t* src) {
+                return GetParam().library(planes(dst), src, count, 1);
+              },
+              [&](std::uint8_t* dst, const std::uint8_t* src) {
+                GetParam().reference(planes(dst), src, count);
+              }))
+              << "count " << count << ", planes at 0, " << g << ", " << b << ", " << y;
+        }
+      }
+    }
+  }
+}
+
 /// Every luma with every pair of chromas, or every red, green and blue.
 TEST_P(ToPlanes, EqualsReferenceForEveryColour) {
   const std::uint32_t pixels = GetParam().group_pixels;

@@ -1,8 +1,9 @@
 /// QVN_RGB8ToRGBYPlanes where it differs from its sisters: luma read back from the planes, planes that
-/// overlap, and the luma plane that may be null or alone.
+/// overlap or lie on the source, and the luma plane that may be null or alone.
 #include <gtest/gtest.h>
 #include <quorvane/quorvane.h>
 
+#include <array>
 #include <vector>
 
 #include "reference/planes.h"
@@ -83,6 +84,30 @@ TEST(RGB8ToRGBYPlanes, LumaPlaneOverAColourPlane) {
               << "count " << count << ", luma " << shift << (ahead ? " ahead of" : " behind") << " plane "
               << plane;
         }
+      }
+    }
+  }
+}
+
+/// A plane on the source: the later passes read what the earlier ones left there.
+TEST(RGB8ToRGBYPlanes, PlaneOnTheSource) {
+  support::Random random(9);
+  for (std::uint32_t count : {1U, 16U, 33U, 100U, 257U}) {
+    for (std::size_t plane = 0; plane < 4; ++plane) {
+      for (std::size_t shift : {0U, 1U, 2U, 31U, 96U}) {
+        Bytes expected(std::size_t{8} * count + 96);
+        random.fill(expected.data(), expected.size());
+        Bytes actual = expected;
+        const auto planes = [&](Bytes& frame) {
+          std::array<std::uint8_t*, 4> to{};
+          for (std::size_t k = 0; k < 4; ++k) to[k] = frame.data() + (4 + k) * count + 96;
+          to[plane] = frame.data() + shift;
+          return Planes{to[0], to[1], to[2], to[3]};
+        };
+        reference::RGB8ToRGBYPlanes(planes(expected), expected.data(), count);
+        const Planes to = planes(actual);
+        ASSERT_EQ(QVN_OK, QVN_RGB8ToRGBYPlanes(to.r, to.g, to.b, to.y, actual.data(), count, 1));
+        ASSERT_EQ(expected, actual) << "count " << count << ", plane " << plane << ", shift " << shift;
       }
     }
   }

@@ -136,8 +136,8 @@ TEST(SampleCut, BitsBelowTheCut) {
     if (mask != 0) {
       EXPECT_EQ(cut.shift, shift) << bits;
     }
-    EXPECT_EQ(cut.round_bit, round) << bits;
-    EXPECT_EQ(cut.drop_bit, drop) << bits;
+    EXPECT_EQ(cut.roundBit, round) << bits;
+    EXPECT_EQ(cut.dropBit, drop) << bits;
   };
   expect(16, 8, 0xFF, 0x80, 0x40);
   expect(12, 4, 0xFF, 8, 4);

@@ -184,6 +184,17 @@ TEST_F(HueSat, EachChangedValueCostsOneRebuild) {
   EXPECT_EQ(rebuilds_of(-0.0F, 0.25F), 0) << "minus zero is zero";
 }
 
+std::vector<std::array<float, 2>> rebuilt_pairs;
+
+/// The first of two rebuilds has the new hue and the saturation of before.
+TEST_F(HueSat, HueIsBroughtUpToDateFirst) {
+  rebuilt_pairs.clear();
+  EXPECT_TRUE(qvn::adjust_color_tables(0.5F, 2.0F, [](float hue, float saturation) {
+    rebuilt_pairs.push_back({hue, saturation});
+  }));
+  EXPECT_EQ(rebuilt_pairs, (std::vector<std::array<float, 2>>{{0.5F, 1.0F}, {0.5F, 2.0F}}));
+}
+
 TEST_F(HueSat, NanIsDifferentEveryTime) {
   EXPECT_EQ(rebuilds_of(kNan, 2.0F), 2);
   EXPECT_EQ(rebuilds_of(kNan, 2.0F), 1);

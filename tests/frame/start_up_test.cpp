@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "convert/yuv_tables.h"
 #include "frame/call_frame.h"
 #include "frame/error_text.h"
 #include "frame/error_texts.h"
@@ -182,6 +183,21 @@ std::vector<qvn::Release> registered_releases() {
 TEST(LoadOrder, RegistersStringSupportBeforeTheTexts) {
   EXPECT_EQ(registered_releases(),
             (std::vector<qvn::Release>{qvn::release_string_support, qvn::free_error_text_map}));
+}
+
+/// The text map is the first to take memory. By then the tables are built, which clears their guard; set once
+/// more, it is cleared by the second registration of the same initialiser.
+TEST(LoadOrder, BuildsTheTablesBeforeTheTextsAndAsksAgainBehindThem) {
+  static uint8_t guard_at_texts = 0xFF;
+  qvn::unload_library();
+  qvn::yuv_tables_guard = 1;
+  support::at_next_allocation([] {
+    guard_at_texts = qvn::yuv_tables_guard;
+    qvn::yuv_tables_guard = 1;
+  });
+  qvn::load_library();
+  EXPECT_EQ(guard_at_texts, 0);
+  EXPECT_EQ(qvn::yuv_tables_guard, 0);
 }
 
 TEST(LoadOrder, UnloadNotifiesAndFreesAndALoadFollows) {

@@ -117,7 +117,7 @@ TEST(Products, NarrowingStopsAtTheEnds) {
     const SignedWords words = SignedWords{} + static_cast<int16_t>(value);
     ASSERT_EQ(narrow_to_bytes(words, words)[0], value < 0 ? 0 : value > 255 ? 255 : value);
   }
-  const SignedDoubleWords small = SignedDoubleWords{} - 40000, large = SignedDoubleWords{} + 40000;
+  const auto small = factor<SignedDoubleWords>(-40000), large = factor<SignedDoubleWords>(40000);
   EXPECT_EQ(narrow_to_words(small, large)[0], -32768);
   EXPECT_EQ(narrow_to_words(small, large)[4], 32767);
 }

@@ -146,6 +146,12 @@ class Files(ToolTest):
         self.assertEqual(stat.S_IMODE((self.folder / "a.png").stat().st_mode), 0o640)
         self.assertEqual(sorted(self.contents()), ["a.png", "tiny.raw"])
 
+    def test_a_link_to_a_file_that_is_not_there_yet(self):
+        (self.folder / "link.png").symlink_to("new.png")
+        self.run_tool("convert", "tiny.raw", "link.png", *self.raw8)
+        self.assertTrue((self.folder / "link.png").is_symlink())
+        self.assertTrue((self.folder / "new.png").is_file())
+
     def test_a_link_stays_a_link(self):
         self.write("real.png", b"old")
         (self.folder / "link.png").symlink_to("real.png")

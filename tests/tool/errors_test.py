@@ -4,9 +4,10 @@
 import os
 import resource
 import signal
+import subprocess
 import unittest
 
-from support import ToolTest, netpbm
+from support import TOOL, ToolTest, netpbm
 
 RAW8 = ("--from", "raw8", "--size", "8x4")
 
@@ -34,6 +35,29 @@ class Errors(ToolTest):
         self.refuse("convert", ".", "a.png", *RAW8, says=["directory"])
         self.refuse("convert", "none.pgm", "a.png", says=["'none.pgm'", "No such file"])
         self.refuse("chart", "a.raw", "--scene", "none.ppm", says=["none.ppm"])
+
+    def test_a_file_that_holds_less_than_it_says(self):
+        # Files of the kernel say that they hold a page.
+        kernel_file = "/sys/kernel/mm/transparent_hugepage/enabled"
+        if not os.path.exists(kernel_file):
+            self.skipTest("no such file here")
+        self.refuse("convert", kernel_file, "a.png", "--from", "raw8", "--size", "64x64", says=["too short", "4096"])
+
+    def test_help_that_cannot_be_written(self):
+        if not os.path.exists("/dev/full"):
+            self.skipTest("no /dev/full here")
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([TOOL, "--help"], stdout=full, stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 2)
+        self.assertEqual(done.stderr.count(b"\n"), 1)
+
+    def test_sets_of_pictures_need_a_file_name(self):
+        self.write("rgb.raw", range(12))
+        (self.folder / "d").mkdir()
+        for name in ("d/", "d/..", "d", "", "/dev/null"):
+            self.refuse("convert", "rgb.raw", name, "--from", "rgb8", "--size", "2x2", "--to", "planes",
+                        "--out-format", "png", says=["file name"])
+        self.assertEqual(list((self.folder / "d").iterdir()), [])
 
     def test_sizes(self):
         for size in ("0x4", "8x0", "0x0"):
