@@ -133,7 +133,8 @@ constexpr int mask(int i) {
 }
 }  // namespace places
 
-// Byte i from a where Take(i) is not 0, else from b.
+// Byte i from a where Take(i) is not 0, else from b: by a mask, and by the level's own blend where it has
+// one.
 template <int (*Take)(int)>
 inline Bytes masked_blend(Bytes a, Bytes b) {
   const Bytes mask = constant<Bytes, places::mask<Take>>();
