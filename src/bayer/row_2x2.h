@@ -86,7 +86,7 @@ void row_2x2_plain(const Output& out, const CellLine& line, size_t from, size_t 
 // takes whole pairs only gets the last pixel of an odd number by itself.
 template <class Fetch, int Odd, class Output>
 void row_2x2_vectors(const Output& out, CellLine line, size_t n) {
-  constexpr size_t kStep = kLaneBytes;
+  constexpr size_t kStep = Fetch::kColumns;
   constexpr const typename Output::Form* kForm = nullptr;
   size_t x = 0;
   for (; x + kStep <= n; x += kStep) out.pixels(x, windows_2x2<Fetch, Odd>(line, x, kForm));
@@ -104,7 +104,7 @@ void row_2x2_vectors(const Output& out, CellLine line, size_t n) {
 
 template <class Fetch, class Output>
 void row_2x2(const Output& out, const CellLine& line, size_t n) {
-  if (!kVectorRows || n < kLaneBytes) {
+  if (!kVectorRows || n < Fetch::kColumns) {
     row_2x2_plain<Fetch>(out, line, 0, n);
   } else if (line.column_phase == 0) {
     row_2x2_vectors<Fetch, 0>(out, line, n);
@@ -118,6 +118,9 @@ template <class Put>
 struct PackedPixels {
   using Form = typename Put::Form;
   static constexpr bool kWholePairs = false;
+  static constexpr size_t kPixelBytes = Put::kPixelBytes;
+  static constexpr size_t kWrittenBytes = Put::kWrittenBytes;
+  static constexpr size_t line_bytes(uint32_t width) { return width * kPixelBytes; }
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
   template <class Pixels>

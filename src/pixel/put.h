@@ -1,5 +1,6 @@
-// Puts: what is written for a pixel's channels. A put knows its bytes a pixel, how one pixel is written, and
-// how a vector of consecutive pixels is, in the form `Form`; it writes those bytes only.
+// Puts: what is written for a pixel's channels. A put knows its bytes a pixel and how many of them, the first
+// ones, it writes, how one pixel is written, and how a vector of consecutive pixels is, in the form `Form`;
+// it writes those bytes only.
 #pragma once
 
 #include <type_traits>
@@ -14,6 +15,7 @@ namespace qvn {
 struct PutBgr {
   using Form = Rgb<Bytes>;
   static constexpr size_t kPixelBytes = 3;
+  static constexpr size_t kWrittenBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = static_cast<uint8_t>(p.b);
     out[1] = static_cast<uint8_t>(p.g);
@@ -25,6 +27,7 @@ struct PutBgr {
 struct PutY8 {
   using Form = RgbPairs;
   static constexpr size_t kPixelBytes = 1;
+  static constexpr size_t kWrittenBytes = 1;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
   }
@@ -35,6 +38,7 @@ struct PutY8 {
 struct PutGreyBgr {
   using Form = RgbPairs;
   static constexpr size_t kPixelBytes = 3;
+  static constexpr size_t kWrittenBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = out[1] = out[2] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
   }

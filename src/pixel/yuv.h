@@ -51,6 +51,7 @@ struct YuvPairs {
 struct PutYuv444 {
   using Form = RbgForm;
   static constexpr size_t kPixelBytes = 3;
+  static constexpr size_t kWrittenBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     const Yuv<uint32_t> yuv = yuv_of(p);
     out[0] = static_cast<uint8_t>(yuv.y);
