@@ -1,13 +1,14 @@
 """The example makes a PPM of the colours that went into the mosaic, and refuses a frame that is too short.
 
-    minimal_test.py PROGRAM
+    minimal_test.py PROGRAM, with an emulator before it if the program needs one
 """
 
 import subprocess
 import sys
 import unittest
 
-PROGRAM = sys.argv.pop()
+PROGRAM = sys.argv[1:]
+del sys.argv[1:]
 WIDTH, HEIGHT = 640, 480
 
 
@@ -17,7 +18,7 @@ def mosaic(red, green, blue):
 
 
 def run(frame):
-    return subprocess.run([PROGRAM], input=frame, stdout=subprocess.PIPE, check=False)
+    return subprocess.run(PROGRAM, input=frame, stdout=subprocess.PIPE, check=False)
 
 
 class MinimalTest(unittest.TestCase):

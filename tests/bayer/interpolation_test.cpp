@@ -166,7 +166,10 @@ TEST_P(Interpolation, WideLinesNeedNoStack) {
     pthread_attr_t attributes;
     pthread_t thread;
     ASSERT_EQ(0, pthread_attr_init(&attributes));
-    const auto stack = std::max(std::size_t{64} * 1024, static_cast<std::size_t>(PTHREAD_STACK_MIN));
+    std::size_t stack = std::size_t{64} * 1024;
+#ifdef PTHREAD_STACK_MIN
+    stack = std::max(stack, static_cast<std::size_t>(PTHREAD_STACK_MIN));
+#endif
     ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, stack));
     const auto run = [](void* argument) -> void* {
       auto& mine = *static_cast<Job*>(argument);
