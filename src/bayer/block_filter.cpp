@@ -1,7 +1,7 @@
 // The block filter, row by row.
 //
-// It sums its four columns once for each line and keeps the sums of the line ahead, with its luma, in that
-// line's place in `dst`: one byte and two words for two pixels each, which is what the BGR takes. The last
+// It sums its four columns once for each line and keeps the sums of the line ahead, with its luma, in the
+// working frame: one byte and two words for two pixels each, which is what the BGR takes. The last
 // two lines of a half look at each other, so that they have the same sums of both.
 #include "bayer/block_filter.h"
 
@@ -28,7 +28,7 @@ struct LeftTap {
   uint16_t u, v;
 };
 
-// A block of a row that waits in its place in `dst`: luma, then the sums of U and of V.
+// A block of a row that waits: luma, then the sums of U and of V.
 [[gnu::always_inline]] inline void store_waiting(uint8_t* place, const StripBlock& block, size_t n) {
   std::array<uint8_t, 3 * kBlock> part;
   uint8_t* to = n == kBlock ? place : part.data();
@@ -54,11 +54,12 @@ struct WaitingPair {
   uint16_t u, v;
 };
 
-WaitingPair load_last_waiting(const Half& half, uint32_t row) {
+template <class Put>
+WaitingPair load_last_waiting(const Half<Put>& half, uint32_t row) {
   size_t x = 0, n = 0;
   for (; x < half.width(); x += n) n = strip_length(half.width() - x);
   const size_t tail = n % kBlock == 0 ? kBlock : n % kBlock;
-  const uint8_t* place = half.dst_at(row, half.width() - tail);
+  const uint8_t* place = half.waiting_at(row, half.width() - tail);
   WaitingPair pair{place[tail - 2], place[tail - 1], 0, 0};
   std::memcpy(&pair.u, place + 2 * tail - 2, 2);
   std::memcpy(&pair.v, place + 3 * tail - 2, 2);
@@ -79,8 +80,10 @@ void fill_summable_strip(ChromaStrip& strip, const Mosaic& mosaic, uint32_t row,
 
 }  // namespace
 
-// Row by row: the row at hand waits in `dst`, the next one is made.
-void run_block_filter(const Half& half) {
+// Row by row: the row at hand waits, the next one is made. Both may have the same place, where a block is
+// loaded before the next row's is stored.
+template <class Put>
+void run_block_filter(const Half<Put>& half) {
   const Mosaic& mosaic = half.mosaic;
   const uint32_t width = half.width();
   const uint32_t last_row = half.end - 1;
@@ -93,7 +96,7 @@ void run_block_filter(const Half& half) {
     const size_t n = strip_length(width - x);
     fill_summable_strip(strip, mosaic, half.first, x, n, left);
     for (size_t i = 0; i < n; i += kBlock) {
-      store_waiting(half.dst_at(half.first, x + i),
+      store_waiting(half.waiting_at(half.first, x + i),
                     {load<Bytes>(&strip.y[i]), SumOfFour{}(strip, static_cast<ptrdiff_t>(i / 2))},
                     std::min(kBlock, n - i));
     }
@@ -107,8 +110,8 @@ void run_block_filter(const Half& half) {
     for (uint32_t x = 0; x < width;) {
       const size_t n = strip_length(width - x);
       fill_summable_strip(strip, mosaic, row + 1, x, n, left);
-      uint8_t* own_place = half.dst_at(row, x);
-      uint8_t* next_place = half.dst_at(row + 1, x);
+      uint8_t* own_place = half.waiting_at(row, x);
+      uint8_t* next_place = half.waiting_at(row + 1, x);
       put_strip(
           half, row, x, n, [&](size_t i, size_t count) __attribute__((always_inline)) {
             const StripBlock own = load_waiting(own_place + 3 * i, count);
@@ -131,7 +134,7 @@ void run_block_filter(const Half& half) {
 
   for (uint32_t x = 0; x < width;) {
     const size_t n = strip_length(width - x);
-    uint8_t* place = half.dst_at(last_row, x);
+    uint8_t* place = half.waiting_at(last_row, x);
     put_strip(
         half, last_row, x, n, [&](size_t i, size_t count) __attribute__((always_inline)) {
           const StripBlock own = load_waiting(place + 3 * i, count);
@@ -149,5 +152,10 @@ void run_block_filter(const Half& half) {
   }
   emit_groups(half, last_row, width - 4, groups, 2);
 }
+
+template void run_block_filter(const Half<PutBgr>& half);
+template void run_block_filter(const Half<PutBgra>& half);
+template void run_block_filter(const Half<PutY8>& half);
+template void run_block_filter(const Half<PutY8Rounded>& half);
 
 }  // namespace qvn

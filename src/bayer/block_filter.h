@@ -6,6 +6,7 @@
 namespace qvn {
 
 // All rows of the half; the last one of the second half is left parked.
-void run_block_filter(const Half& half);
+template <class Put>
+void run_block_filter(const Half<Put>& half);
 
 }  // namespace qvn

@@ -7,7 +7,7 @@
 
 #include "bayer/cell_walker.h"
 #include "bayer/line_end.h"
-#include "bayer/row_2x2.h"
+#include "bayer/staged_row.h"
 
 namespace qvn {
 
@@ -56,7 +56,11 @@ template <class Fetch, class Output, class End>
 void line_2x2(const CellLine& line, uint8_t* dst, size_t pixels) {
   const Output out{dst};
   const size_t windows = pixels - End::kPixels;
-  row_2x2<Fetch>(out, line, windows);
+  if constexpr (kStaged<Fetch>) {
+    staged_row_2x2<Fetch>(out, line, windows);
+  } else {
+    row_2x2<Fetch>(out, line, windows);
+  }
   End::template finish<Fetch>(out, line, windows);
 }
 

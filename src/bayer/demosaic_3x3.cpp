@@ -7,17 +7,12 @@ namespace qvn {
 
 namespace {
 
-template <class Put>
-constexpr Recipe3x3 recipe() {
-  return {row_3x3<OwnColour::kBlue, Put>, row_3x3<OwnColour::kRed, Put>, Put::kPixelBytes};
-}
-
 // Pixels with a window of their own in a line of `width`.
 uint32_t window_count(uint32_t width) { return width - 1 > 1 ? 2 * (((width - 3) >> 1) + 1) : 0; }
 
 }  // namespace
 
-constexpr Recipe3x3 kRaw8ToBgr3x3 = recipe<PutBgr>();
+constexpr Recipe3x3 kRaw8ToBgr3x3 = recipe_3x3<PutBgr, GreenSites::kAsTheyAre>();
 
 void demosaic_3x3(const Recipe3x3& recipe, uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                   uint32_t pattern) {

@@ -11,6 +11,13 @@ struct Recipe3x3 {
   uint32_t pixel_bytes;
 };
 
+// RedGreens: the green sites of red lines.
+template <class Put, GreenSites RedGreens>
+constexpr Recipe3x3 recipe_3x3() {
+  return {row_3x3<OwnColour::kBlue, GreenSites::kAsTheyAre, Put>, row_3x3<OwnColour::kRed, RedGreens, Put>,
+          Put::kPixelBytes};
+}
+
 // Runs a recipe over a frame. `pattern` is an internal code; codes above 3 count as odd row phase.
 //
 // Columns 0 and width - 1 repeat their neighbours, lines 0 and height - 1 theirs; a frame of two lines is

@@ -1,18 +1,21 @@
 // A half frame whose interpolation runs row by row: where its rows belong, and how a strip of chroma and luma
 // gets there. Included by the filters alone.
 //
-// Why the caller's buffers suffice. Row k of the second half, frame row L + k of 2 * L, leaves its 4:2:2 form
-// in bytes 2kw to 2(k+1)w of `src`, w being the width. What is still to be read starts at the row at hand,
-// byte (L+k)w, or for the block filter, which is one row ahead, at the row behind it. The writing stays
-// before that in every row but the last, which is parked in its row of `dst` until it has been read. The
-// first half writes nothing to `src`: the second half writes the same bytes.
+// Rows wait for their neighbours in a working frame: `dst` itself, where every row waits in its own place, or
+// a scratch frame, of which one row serves all of them.
+//
+// Why the caller's two buffers suffice. Row k of the second half, frame row L + k of 2 * L, leaves its 4:2:2
+// form in bytes 2kw to 2(k+1)w of `src`, w being the width. What is still to be read starts at the row at
+// hand, byte (L+k)w, or for the block filter, which is one row ahead, at the row behind it. The writing stays
+// before that in every row but the last, which is parked in its row of the working frame until it has been
+// read. The first half writes nothing to `src`: the second half writes the same bytes.
 #pragma once
 
 #include <cstring>
 
 #include "bayer/chroma_strip.h"
-#include "convert/chroma.h"
-#include "convert/yuv_to_bgr.h"
+#include "bayer/interpolation_rows.h"
+#include "convert/yuv_rows.h"
 
 namespace qvn {
 
@@ -33,19 +36,26 @@ inline Words load_words(const uint16_t* from) {
 // A pair as U Y0 V Y1.
 using Group = std::array<uint8_t, 4>;
 
-// One half frame at hand, with everything that its rows share.
+// One half frame at hand, with everything that its rows share. Its pixels are written by a put.
+template <class Put>
 struct Half {
   Mosaic mosaic;
-  uint8_t* dst;         // the whole frame's
+  uint8_t* dst;  // the whole frame's
+  WorkingRows working;
   uint8_t* packed;      // where the 4:2:2 form goes, null in the first half
   uint32_t first, end;  // rows of the frame
 
   uint32_t width() const { return mosaic.width; }
-  uint8_t* dst_at(uint32_t row, size_t x) const { return dst + 3 * (size_t{row} * width() + x); }
+  uint8_t* dst_at(uint32_t row, size_t x) const {
+    return dst + Put::kPixelBytes * (size_t{row} * width() + x);
+  }
   uint8_t* packed_at(uint32_t row, size_t x) const {
     return packed + 2 * (size_t{row - first} * width() + x);
   }
-  uint8_t* parked_at(size_t x) const { return dst_at(end - 1, 0) + 2 * x; }
+  // Of a row that waits, three bytes a pixel.
+  uint8_t* waiting_at(uint32_t row, size_t x) const { return working.row(row) + 3 * x; }
+  // Of the parked row, two bytes a pixel.
+  uint8_t* parked_at(size_t x) const { return working.row(end - 1) + 2 * x; }
   bool is_parked(uint32_t row) const { return packed != nullptr && row + 1 == end; }
 };
 
@@ -56,15 +66,19 @@ struct Half {
   store(out + kBlock, zip_high(first, second));
 }
 
-// BGR of a block. The chroma words serve the even and the odd pixels of the pairs alike.
-[[gnu::always_inline]] inline void put_bgr(uint8_t* out, Bytes y, UV chroma) {
+// A put of a block. The chroma words serve the even and the odd pixels of the pairs alike.
+template <class Put>
+[[gnu::always_inline]] inline void put_colours(uint8_t* out, Bytes y, UV chroma) {
   const Words centre = factor<Words>(4 * 128);
   const SignedWords u = as<SignedWords>((chroma.u << 2) - centre),
                     v = as<SignedWords>((chroma.v << 2) - centre);
   const Rgb<SignedWords> even = PackedChroma::colours(as<SignedWords>(even_bytes(y)), u, v);
   const Rgb<SignedWords> odd = PackedChroma::colours(as<SignedWords>(odd_bytes(y)), u, v);
-  store_merge3_halves(out, narrow_to_bytes(even.b, odd.b), narrow_to_bytes(even.g, odd.g),
-                      narrow_to_bytes(even.r, odd.r));
+  if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
+    Put::pixels(out, RgbPairs{clamp_to_bytes(even), clamp_to_bytes(odd)});
+  } else {
+    Put::halves(out, narrow_to_bytes(even, odd));
+  }
 }
 
 // A block and its chroma.
@@ -73,55 +87,61 @@ struct StripBlock {
   UV chroma;
 };
 
-template <bool kBgr, bool kPacked>
-[[gnu::always_inline]] inline void put_block(uint8_t* bgr, uint8_t* packed, const StripBlock& block) {
+template <class Put, bool kPut, bool kPacked>
+[[gnu::always_inline]] inline void put_block(uint8_t* out, uint8_t* packed, const StripBlock& block) {
   if constexpr (kPacked) put_groups(packed, block.y, block.chroma);
-  if constexpr (kBgr) put_bgr(bgr, block.y, block.chroma);
+  if constexpr (kPut) put_colours<Put>(out, block.y, block.chroma);
 }
 
 // n pixels, block by block: source(i, count) makes the one at pixel i, of `count` pixels.
-template <bool kBgr, bool kPacked, class Source>
-[[gnu::always_inline]] inline void put_blocks(uint8_t* bgr, uint8_t* packed, size_t n, const Source& source) {
+template <class Put, bool kPut, bool kPacked, class Source>
+[[gnu::always_inline]] inline void put_blocks(uint8_t* out, uint8_t* packed, size_t n, const Source& source) {
+  constexpr size_t kPixel = Put::kPixelBytes;
   size_t i = 0;
   for (; i + kBlock <= n; i += kBlock)
-    put_block<kBgr, kPacked>(bgr + 3 * i, packed + 2 * i, source(i, kBlock));
+    put_block<Put, kPut, kPacked>(out + kPixel * i, packed + 2 * i, source(i, kBlock));
   if (i == n) return;
-  std::array<uint8_t, 3 * kBlock> bgr_part;
+  std::array<uint8_t, kPixel * kBlock> part;
   std::array<uint8_t, 2 * kBlock> packed_part;
-  put_block<kBgr, kPacked>(bgr_part.data(), packed_part.data(), source(i, n - i));
+  // What a put steps over goes there and back.
+  if constexpr (kPut && Put::kWrittenBytes < kPixel)
+    std::memcpy(part.data(), out + kPixel * i, kPixel * (n - i));
+  put_block<Put, kPut, kPacked>(part.data(), packed_part.data(), source(i, n - i));
   if constexpr (kPacked) std::memcpy(packed + 2 * i, packed_part.data(), 2 * (n - i));
-  if constexpr (kBgr) std::memcpy(bgr + 3 * i, bgr_part.data(), 3 * (n - i));
+  if constexpr (kPut) std::memcpy(out + kPixel * i, part.data(), kPixel * (n - i));
 }
 
-// A strip of a row to where it belongs: BGR, with its 4:2:2 form in the second half, of which the last row is
-// parked.
-template <class Source>
-void put_strip(const Half& half, uint32_t row, size_t x, size_t n, const Source& source) {
-  uint8_t* bgr = half.dst_at(row, x);
+// A strip of a row to where it belongs: pixels, with their 4:2:2 form in the second half, of which the last
+// row is parked.
+template <class Put, class Source>
+void put_strip(const Half<Put>& half, uint32_t row, size_t x, size_t n, const Source& source) {
+  uint8_t* out = half.dst_at(row, x);
   if (half.packed == nullptr) {
-    put_blocks<true, false>(bgr, bgr, n, source);
+    put_blocks<Put, true, false>(out, out, n, source);
   } else if (!half.is_parked(row)) {
-    put_blocks<true, true>(bgr, half.packed_at(row, x), n, source);
+    put_blocks<Put, true, true>(out, half.packed_at(row, x), n, source);
   } else {
-    put_blocks<false, true>(bgr, half.parked_at(x), n, source);
+    put_blocks<Put, false, true>(out, half.parked_at(x), n, source);
   }
 }
 
 // Pairs of a row by themselves, over what the filter made of them.
-inline void emit_groups(const Half& half, uint32_t row, size_t x, const Group* groups, size_t count) {
+template <class Put>
+void emit_groups(const Half<Put>& half, uint32_t row, size_t x, const Group* groups, size_t count) {
   for (size_t i = 0; i < count; ++i, x += 2) {
     if (half.is_parked(row)) {
       std::memcpy(half.parked_at(x), groups[i].data(), sizeof(Group));
     } else {
       if (half.packed != nullptr) std::memcpy(half.packed_at(row, x), groups[i].data(), sizeof(Group));
-      yuv422_to_bgr(half.dst_at(row, x), groups[i].data(), 2);
+      yuv_to_packed<Yuv422, Put>(half.dst_at(row, x), groups[i].data(), 2);
     }
   }
 }
 
 // Behind the last row: its parked strips, from the end on, since BGR takes more room than what it is made
 // from.
-inline void emit_parked_row(const Half& half) {
+template <class Put>
+void emit_parked_row(const Half<Put>& half) {
   const uint32_t row = half.end - 1;
   for (auto end = half.width(); end > 0;) {
     const auto x = static_cast<uint32_t>((end - 1) / kStripStep * kStripStep);
@@ -129,7 +149,7 @@ inline void emit_parked_row(const Half& half) {
     std::array<uint8_t, 2 * kStripStep> packed;
     std::memcpy(packed.data(), half.parked_at(x), 2 * n);
     std::memcpy(half.packed_at(row, x), packed.data(), 2 * n);
-    yuv422_to_bgr(half.dst_at(row, x), packed.data(), n);
+    yuv_to_packed<Yuv422, Put>(half.dst_at(row, x), packed.data(), n);
     end = x;
   }
 }

@@ -28,8 +28,8 @@ struct BoxMean {
 };
 
 // The filters that look at their own line only.
-template <class Filter>
-void run_line_filter(const Half& half, const Filter& filter) {
+template <class Put, class Filter>
+void run_line_filter(const Half<Put>& half, const Filter& filter) {
   ChromaStrip strip;
   for (uint32_t row = half.first; row < half.end; ++row) {
     for (uint32_t x = 0; x < half.width();) {
@@ -46,7 +46,8 @@ void run_line_filter(const Half& half, const Filter& filter) {
 }
 
 // The box filter's last two pairs repeat the one before them, luma and all.
-void repeat_third_last_pair(const Half& half) {
+template <class Put>
+void repeat_third_last_pair(const Half<Put>& half) {
   const uint32_t row = half.end - 1, x = half.width() - 6;
   Group group;
   if (half.is_parked(row)) {
@@ -54,18 +55,21 @@ void repeat_third_last_pair(const Half& half) {
     const Group groups[] = {group, group};
     emit_groups(half, row, x + 2, groups, 2);
   } else {
-    std::memcpy(half.dst_at(row, x + 2), half.dst_at(row, x), 6);
-    std::memcpy(half.dst_at(row, x + 4), half.dst_at(row, x), 6);
+    for (uint32_t i = 2; i < 6; ++i) {
+      std::memcpy(half.dst_at(row, x + i), half.dst_at(row, x + i % 2), Put::kWrittenBytes);
+    }
   }
 }
 
 }  // namespace
 
-void interpolate_rows(ChromaFilter filter, uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
-                      uint32_t pattern) {
+template <class Put>
+void interpolate_rows(ChromaFilter filter, uint8_t* dst, WorkingRows working, uint8_t* src, uint32_t width,
+                      uint32_t height, uint32_t pattern) {
   const uint32_t lines = height / 2;
   const Mosaic mosaic{src, width, height, pattern};
-  for (const Half& half : {Half{mosaic, dst, nullptr, 0, lines}, Half{mosaic, dst, src, lines, height}}) {
+  for (const Half<Put>& half : {Half<Put>{mosaic, dst, working, nullptr, 0, lines},
+                                Half<Put>{mosaic, dst, working, src, lines, height}}) {
     switch (filter) {
       case ChromaFilter::kPair:
         run_line_filter(half, PairMean{});
@@ -81,5 +85,14 @@ void interpolate_rows(ChromaFilter filter, uint8_t* dst, uint8_t* src, uint32_t 
     if (half.packed != nullptr) emit_parked_row(half);
   }
 }
+
+template void interpolate_rows<PutBgr>(ChromaFilter, uint8_t*, WorkingRows, uint8_t*, uint32_t, uint32_t,
+                                       uint32_t);
+template void interpolate_rows<PutBgra>(ChromaFilter, uint8_t*, WorkingRows, uint8_t*, uint32_t, uint32_t,
+                                        uint32_t);
+template void interpolate_rows<PutY8>(ChromaFilter, uint8_t*, WorkingRows, uint8_t*, uint32_t, uint32_t,
+                                      uint32_t);
+template void interpolate_rows<PutY8Rounded>(ChromaFilter, uint8_t*, WorkingRows, uint8_t*, uint32_t,
+                                             uint32_t, uint32_t);
 
 }  // namespace qvn

@@ -23,32 +23,27 @@ inline Rgb<uint32_t> window_2x2(const CellLine& line, size_t x) {
   return {Fetch::sample(line.red, x + odd), (green1 + green2) >> 1, Fetch::sample(line.blue, x + 1 - odd)};
 }
 
-namespace places {
-template <int Odd>
-constexpr int is_parity(int i) {
-  return i % 2 == Odd ? 1 : 0;
-}
-}  // namespace places
-
 // The colours of the windows at columns x, x + 1, ... of which the first is an even site (Odd 0) or an odd
-// one.
-template <class Fetch, int Odd>
-inline Rgb<Bytes> windows_2x2(const CellLine& line, size_t x, const Rgb<Bytes>*) {
-  const Bytes red = Fetch::samples(line.red, x), red_next = Fetch::samples(line.red, x + 1);
-  const Bytes blue = Fetch::samples(line.blue, x), blue_next = Fetch::samples(line.blue, x + 1);
-  constexpr auto kEven = places::is_parity<Odd>;  // lanes that are even sites
-  return {blend<kEven>(red, red_next), mean_floor(blend<kEven>(blue, blue_next), blend<kEven>(red_next, red)),
-          blend<kEven>(blue_next, blue)};
-}
-
-// The same as words, a pair of pixels a lane. Both windows of a pair hold the pair's right-hand samples:
+// one. Both windows of a pair hold the pair's right-hand samples:
 //
 //     red line     r   g2 | r'        left window   r  g2     right window   g2 r'
 //     blue line    g1  b  | g1'                     g1 b                     b  g1'
 //
 // For a pair that starts on an odd site the two lines change their parts.
+template <class Fetch, int Odd, class V>
+inline Rgb<V> windows_2x2(const CellLine& line, size_t x, const Rgb<V>*) {
+  const SamplePairs<V> first = pairs_of<Fetch>(Odd == 0 ? line.red : line.blue, x);
+  const SamplePairs<V> second = pairs_of<Fetch>(Odd == 0 ? line.blue : line.red, x);
+  const V green = mean_floor(first.shared, second.first);
+  return Odd == 0 ? Rgb<V>{first.first, green, second.shared} : Rgb<V>{second.shared, green, first.first};
+}
+
+// The same of samples that are bytes, as words: a pair of pixels a lane.
 template <class Fetch, int Odd>
 inline RgbPairs windows_2x2(const CellLine& line, size_t x, const RgbPairs*) {
+  if constexpr (kOwnPairs<Fetch>) {
+    return pairs_of_bytes(windows_2x2<Fetch, Odd>(line, x, static_cast<const Rgb<Bytes>*>(nullptr)));
+  }
   const uint8_t* first = Odd == 0 ? line.red : line.blue;
   const uint8_t* second = Odd == 0 ? line.blue : line.red;
   const Bytes a = Fetch::samples(first, x), a_next = Fetch::samples(first, x + 1);
@@ -71,7 +66,7 @@ inline RbgPairs<Odd> windows_2x2(const CellLine& line, size_t x, const RbgForm*)
   const Bytes a = Fetch::samples(first, x), a_next = Fetch::samples(first, x + 1);
   const Bytes b = Fetch::samples(second, x), b_next = Fetch::samples(second, x + 1);
   const Words shared_green = odd_bytes(a);
-  return {masked_blend<places::is_parity<0>>(a, b), masked_blend<places::is_parity<0>>(b_next, a_next),
+  return {masked_blend<places::is_even_lane<1>>(a, b), masked_blend<places::is_even_lane<1>>(b_next, a_next),
           (shared_green + even_bytes(b)) >> 1, (shared_green + odd_bytes(b_next)) >> 1};
 }
 
@@ -83,9 +78,10 @@ void row_2x2_plain(const Output& out, const CellLine& line, size_t from, size_t 
 }
 
 // A vector at a time; the last one overlaps the one before it, so that no pixel is left over. An output that
-// takes whole pairs only gets the last pixel of an odd number by itself.
+// takes whole pairs only gets the last pixel of an odd number by itself. g++ 12 would leave pieces of some
+// loops out of line and pass their vectors through memory.
 template <class Fetch, int Odd, class Output>
-void row_2x2_vectors(const Output& out, CellLine line, size_t n) {
+[[gnu::flatten]] void row_2x2_vectors(const Output& out, CellLine line, size_t n) {
   constexpr size_t kStep = Fetch::kColumns;
   constexpr const typename Output::Form* kForm = nullptr;
   size_t x = 0;

@@ -28,6 +28,14 @@ struct Line3x3 {
 // Which colour a line has beside green.
 enum class OwnColour { kBlue, kRed };
 
+// The red and blue of green sites: as they are, or exchanged where the row's first pixel is a site of the
+// line's own colour.
+enum class GreenSites { kAsTheyAre, kExchangedBehindOwn };
+
+constexpr OwnColour other_colour(OwnColour own) {
+  return own == OwnColour::kBlue ? OwnColour::kRed : OwnColour::kBlue;
+}
+
 namespace row_3x3_detail {
 
 template <class T>
@@ -43,21 +51,20 @@ Rgb<T> to_rgb(Site<T> site) {
 
 }  // namespace row_3x3_detail
 
-template <OwnColour Own>
+template <OwnColour Own, GreenSites Greens = GreenSites::kAsTheyAre>
 inline Rgb<uint32_t> window_3x3(const Line3x3& line, size_t column) {
+  using row_3x3_detail::Site;
+  using row_3x3_detail::to_rgb;
   const auto x = static_cast<ptrdiff_t>(column);
   const uint8_t *n = line.north + x, *c = line.centre + x, *s = line.south + x;
-  row_3x3_detail::Site<uint32_t> site;
   if ((x % 2 == 0) == line.own_first) {
-    site.own = c[0];
-    site.green = uint32_t(n[0] + s[0] + c[-1] + c[1]) >> 2;
-    site.other = uint32_t(n[-1] + n[1] + s[-1] + s[1]) >> 2;
-  } else {
-    site.own = uint32_t(c[-1] + c[1]) >> 1;
-    site.green = uint32_t(2 * c[0] + s[-1] + n[1]) >> 2;
-    site.other = uint32_t(n[0] + s[0]) >> 1;
+    return to_rgb<Own>(Site<uint32_t>{c[0], uint32_t(n[0] + s[0] + c[-1] + c[1]) >> 2,
+                                      uint32_t(n[-1] + n[1] + s[-1] + s[1]) >> 2});
   }
-  return row_3x3_detail::to_rgb<Own>(site);
+  const Site<uint32_t> green{uint32_t(c[-1] + c[1]) >> 1, uint32_t(2 * c[0] + s[-1] + n[1]) >> 2,
+                             uint32_t(n[0] + s[0]) >> 1};
+  if (Greens == GreenSites::kExchangedBehindOwn && line.own_first) return to_rgb<other_colour(Own)>(green);
+  return to_rgb<Own>(green);
 }
 
 // A vector of windows as words, a pair of pixels a lane. A pair's two columns are the even and odd bytes of a
@@ -65,7 +72,7 @@ inline Rgb<uint32_t> window_3x3(const Line3x3& line, size_t column) {
 // odd byte of a load one behind.
 //
 //     left | even  odd | right        even pixel: left, even, odd        odd pixel: even, odd, right
-template <OwnColour Own, bool OwnFirst>
+template <OwnColour Own, GreenSites Greens, bool OwnFirst>
 inline RgbPairs windows_3x3(const Line3x3& line, size_t x) {
   using row_3x3_detail::Site;
   using row_3x3_detail::to_rgb;
@@ -80,9 +87,10 @@ inline RgbPairs windows_3x3(const Line3x3& line, size_t x) {
   if constexpr (OwnFirst) {
     const Words n_left = even_bytes(load<Bytes>(line.north + x - 1));
     const Words column = n_odd + s_odd;
+    constexpr OwnColour kGreens = Greens == GreenSites::kAsTheyAre ? Own : other_colour(Own);
     return {to_rgb<Own>(Site<Words>{c_even, (n_even + s_even + c_left + c_odd) >> 2,
                                     (n_left + s_left + column) >> 2}),
-            to_rgb<Own>(
+            to_rgb<kGreens>(
                 Site<Words>{(c_even + c_right) >> 1, (c_odd + c_odd + s_even + n_right) >> 2, column >> 1})};
   } else {
     const Words s_right = odd_bytes(load<Bytes>(line.south + x + 1));
@@ -94,32 +102,32 @@ inline RgbPairs windows_3x3(const Line3x3& line, size_t x) {
   }
 }
 
-template <OwnColour Own, class Put>
+template <OwnColour Own, GreenSites Greens, class Put>
 void row_3x3_plain(const Line3x3& line, uint8_t* out, size_t n) {
-  for (size_t x = 0; x < n; ++x) Put::pixel(out + x * Put::kPixelBytes, window_3x3<Own>(line, x));
+  for (size_t x = 0; x < n; ++x) Put::pixel(out + x * Put::kPixelBytes, window_3x3<Own, Greens>(line, x));
 }
 
 // A vector at a time; the last one overlaps the one before it. n is even, so that it starts on the same site.
-template <OwnColour Own, bool OwnFirst, class Put>
-void row_3x3_vectors(Line3x3 line, uint8_t* out, size_t n) {
+template <OwnColour Own, GreenSites Greens, bool OwnFirst, class Put>
+[[gnu::flatten]] void row_3x3_vectors(Line3x3 line, uint8_t* out, size_t n) {
   constexpr size_t kStep = kLaneBytes;
   size_t x = 0;
   for (; x + kStep <= n; x += kStep) {
-    put_pairs<Put>(out + x * Put::kPixelBytes, windows_3x3<Own, OwnFirst>(line, x));
+    put_pairs<Put>(out + x * Put::kPixelBytes, windows_3x3<Own, Greens, OwnFirst>(line, x));
   }
   if (x == n) return;
   x = n - kStep;
-  put_pairs<Put>(out + x * Put::kPixelBytes, windows_3x3<Own, OwnFirst>(line, x));
+  put_pairs<Put>(out + x * Put::kPixelBytes, windows_3x3<Own, Greens, OwnFirst>(line, x));
 }
 
-template <OwnColour Own, class Put>
+template <OwnColour Own, GreenSites Greens, class Put>
 void row_3x3(const Line3x3& line, uint8_t* out, size_t n) {
   if (!kVectorRows || n < kLaneBytes || n % 2 != 0) {
-    row_3x3_plain<Own, Put>(line, out, n);
+    row_3x3_plain<Own, Greens, Put>(line, out, n);
   } else if (line.own_first) {
-    row_3x3_vectors<Own, true, Put>(line, out, n);
+    row_3x3_vectors<Own, Greens, true, Put>(line, out, n);
   } else {
-    row_3x3_vectors<Own, false, Put>(line, out, n);
+    row_3x3_vectors<Own, Greens, false, Put>(line, out, n);
   }
 }
 

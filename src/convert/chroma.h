@@ -51,6 +51,12 @@ inline SignedWords luma_low(Bytes luma) { return as<SignedWords>(interleave_low(
 inline SignedWords luma_high(Bytes luma) { return as<SignedWords>(interleave_high(luma, Bytes{})); }
 inline SignedWords luma_odd(Bytes luma) { return as<SignedWords>(odd_bytes(luma)); }
 
+inline SignedWords clamp_words(SignedWords v, int16_t low, int16_t high) {
+  const SignedWords lowest = all_words(low), highest = all_words(high);
+  const SignedWords at_least = v > lowest ? v : lowest;
+  return at_least < highest ? at_least : highest;
+}
+
 // Each chroma term truncated toward zero on its own, then the sum.
 struct PackedChroma {
   static Rgb<uint32_t> pixel(uint8_t y, uint8_t u, uint8_t v) {
@@ -121,11 +127,7 @@ struct PlaneChroma {
     return __builtin_convertvector(__builtin_convertvector(sum, Singles) * 2.5e-5F, SignedDoubleWords);
   }
 
-  static SignedWords clamp_to_signed_byte(SignedWords v) {
-    const SignedWords lowest = all_words(-128), highest = all_words(127);
-    const SignedWords at_least = v > lowest ? v : lowest;
-    return at_least < highest ? at_least : highest;
-  }
+  static SignedWords clamp_to_signed_byte(SignedWords v) { return clamp_words(v, -128, 127); }
 };
 
 }  // namespace qvn

@@ -2,8 +2,7 @@
 #include "convert/mono_rgb.h"
 
 #include "convert/luma_float.h"
-#include "pixel/merge3.h"
-#include "pixel/products.h"
+#include "pixel/put.h"
 #include "pixel/split3.h"
 
 namespace qvn {
@@ -18,67 +17,6 @@ size_t run_vectors(size_t n, Vector&& vector) {
     for (; x + kStep <= n; x += kStep) vector(x);
   }
   return x;
-}
-
-uint32_t load_sample(const uint8_t* from, SampleOrder order) {
-  const bool big = order == SampleOrder::kBigEndian;
-  return uint32_t{from[big ? 0 : 1]} << 8 | from[big ? 1 : 0];
-}
-
-uint8_t cut_byte(uint32_t sample, SampleCut cut) {
-  return static_cast<uint8_t>((sample >> cut.shift) & cut.byte_mask);
-}
-
-uint8_t pushed(uint8_t byte, bool push) { return static_cast<uint8_t>(byte + (push && byte != 255 ? 1 : 0)); }
-
-// The samples of a vector of pixels in two vectors of words, in the order that narrow_to_bytes undoes.
-struct SamplePair {
-  Words first, second;
-};
-
-template <SampleOrder order>
-SamplePair load_samples(const uint8_t* from) {
-  const auto in_host_order = [](Bytes bytes) {
-    const auto words = as<Words>(bytes);
-    return order == SampleOrder::kLittleEndian ? words : (words << 8) | (words >> 8);
-  };
-  const Bytes lower = load<Bytes>(from), upper = load<Bytes>(from + kLaneBytes);
-  return {in_host_order(shuffle<qvn::places::every_other_block<0>>(lower, upper)),
-          in_host_order(shuffle<qvn::places::every_other_block<1>>(lower, upper))};
-}
-
-struct CutLanes {
-  uint32_t shift;
-  Words byte_mask, roundBit, dropBit;
-
-  explicit CutLanes(SampleCut cut)
-      : shift(cut.shift),
-        byte_mask(Words{} + cut.byte_mask),
-        roundBit(Words{} + cut.roundBit),
-        dropBit(Words{} + cut.dropBit) {}
-
-  Words bytes(Words samples) const { return (samples >> shift) & byte_mask; }
-};
-
-// One more where a sample has the bit; the narrowing stops 256 at 255.
-SignedWords pushed(Words byte, Words samples, Words bit) {
-  return as<SignedWords>(byte) + 1 + ((samples & bit) == 0);
-}
-
-template <SampleOrder order>
-void y16_to_bgr_vector(uint8_t* dst, const uint8_t* src, const CutLanes& cut) {
-  const auto [first, second] = load_samples<order>(src);
-  const Words byte0 = cut.bytes(first), byte1 = cut.bytes(second);
-  const Bytes blue = narrow_to_bytes(pushed(byte0, first, cut.dropBit), pushed(byte1, second, cut.dropBit));
-  const Bytes red = narrow_to_bytes(pushed(byte0, first, cut.roundBit), pushed(byte1, second, cut.roundBit));
-  store_merge3(dst, blue, narrow_to_bytes(as<SignedWords>(byte0), as<SignedWords>(byte1)), red);
-}
-
-template <SampleOrder order>
-void y16_to_y8_vector(uint8_t* dst, const uint8_t* src, const CutLanes& cut) {
-  const auto [first, second] = load_samples<order>(src);
-  store(dst, narrow_to_bytes(pushed(cut.bytes(first), first, cut.roundBit),
-                             pushed(cut.bytes(second), second, cut.roundBit)));
 }
 
 namespace places {
@@ -153,20 +91,17 @@ void y8_to_bgr(uint8_t* dst, const uint8_t* src, size_t n) {
 }
 
 void y16_to_bgr_plain(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, SampleCut cut) {
-  for (size_t x = 0; x < n; ++x, dst += 3, src += 2) {
-    const uint32_t sample = load_sample(src, order);
-    const uint8_t byte = cut_byte(sample, cut);
-    dst[0] = pushed(byte, (sample & cut.dropBit) != 0);
-    dst[1] = byte;
-    dst[2] = pushed(byte, (sample & cut.roundBit) != 0);
-  }
+  for (size_t x = 0; x < n; ++x)
+    PutBgr::pixel(dst + 3 * x, cut_colours(load_sample(src + 2 * x, order), cut));
 }
 
 void y16_to_bgr(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, SampleCut cut) {
   const CutLanes lanes(cut);
   const auto run = [&]<SampleOrder kOrder>() {
-    return run_vectors<kLaneBytes>(
-        n, [&](size_t x) { y16_to_bgr_vector<kOrder>(dst + 3 * x, src + 2 * x, lanes); });
+    return run_vectors<kLaneBytes>(n, [&](size_t x) {
+      const SamplePair samples = load_samples<kOrder>(src + 2 * x);
+      store_merge3(dst + 3 * x, samples.blue(lanes), samples.green(lanes), samples.red(lanes));
+    });
   };
   const size_t done = order == SampleOrder::kBigEndian
                           ? run.template operator()<SampleOrder::kBigEndian>()
@@ -176,16 +111,15 @@ void y16_to_bgr(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, S
 
 void y16_to_y8_plain(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, SampleCut cut) {
   for (size_t x = 0; x < n; ++x) {
-    const uint32_t sample = load_sample(src + 2 * x, order);
-    dst[x] = pushed(cut_byte(sample, cut), (sample & cut.roundBit) != 0);
+    dst[x] = static_cast<uint8_t>(cut_colours(load_sample(src + 2 * x, order), cut).r);
   }
 }
 
 void y16_to_y8(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, SampleCut cut) {
   const CutLanes lanes(cut);
   const auto run = [&]<SampleOrder kOrder>() {
-    return run_vectors<kLaneBytes>(n,
-                                   [&](size_t x) { y16_to_y8_vector<kOrder>(dst + x, src + 2 * x, lanes); });
+    return run_vectors<kLaneBytes>(
+        n, [&](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).red(lanes)); });
   };
   const size_t done = order == SampleOrder::kBigEndian
                           ? run.template operator()<SampleOrder::kBigEndian>()

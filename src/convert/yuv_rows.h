@@ -11,6 +11,7 @@
 #pragma once
 
 #include "convert/chroma.h"
+#include "pixel/put.h"
 #include "pixel/split3.h"
 
 namespace qvn {
@@ -19,6 +20,12 @@ namespace qvn {
 inline Rgb<Bytes> narrow_to_bytes(const Rgb<SignedWords>& first, const Rgb<SignedWords>& second) {
   return {narrow_to_bytes(first.r, second.r), narrow_to_bytes(first.g, second.g),
           narrow_to_bytes(first.b, second.b)};
+}
+
+// One vector to words up to 255.
+inline Rgb<Words> clamp_to_bytes(const Rgb<SignedWords>& p) {
+  const auto clamped = [](SignedWords v) { return as<Words>(clamp_words(v, 0, 255)); };
+  return {clamped(p.r), clamped(p.g), clamped(p.b)};
 }
 
 // U Y V
@@ -122,7 +129,7 @@ void yuv_row_plain(const Output& out, const uint8_t* src, size_t from, size_t n)
 // A vector at a time; the last one overlaps the one before it, so that no group is left over, unless the one
 // before may have rewritten its source.
 template <class Layout, class Arithmetic, class Output>
-void yuv_row(const Output& out, const uint8_t* src, size_t n) {
+[[gnu::flatten]] void yuv_row(const Output& out, const uint8_t* src, size_t n) {
   constexpr size_t kStep = Layout::kVectorPixels / Layout::kGroupPixels;
   const auto vector = [&](size_t group) {
     Layout::template vector<Arithmetic>(out, group * Layout::kGroupPixels, src + group * Layout::kGroupBytes);
@@ -144,7 +151,13 @@ template <class Put>
 struct PackedOutput {
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p, uint8_t) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
-  void pixels(size_t x, Rgb<Bytes> p, Bytes) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
+  void pixels(size_t x, Rgb<Bytes> p, Bytes) const { put_bytes<Put>(dst + x * Put::kPixelBytes, p); }
 };
+
+// The conversions to packed pixels.
+template <class Layout, class Put>
+void yuv_to_packed(uint8_t* dst, const uint8_t* src, size_t n) {
+  yuv_row<Layout, PackedChroma>(PackedOutput<Put>{dst}, src, n);
+}
 
 }  // namespace qvn

@@ -11,8 +11,7 @@ void yuv444_to_bgr(uint8_t* dst, const uint8_t* src, size_t n);
 void yuv422_to_bgr(uint8_t* dst, const uint8_t* src, size_t n);
 void yuv411_to_bgr(uint8_t* dst, const uint8_t* src, size_t n);
 
-// yuv422_to_bgr with hue and saturation. Hue 0 with saturation 1 is the plain conversion; any other pair
-// brings ColorTables up to date first and needs the caller to keep other threads out. Always true.
+// yuv422_to_bgr with a hue and a saturation, as adjustable.h tells. Always true.
 bool YUV422ToBGRAdjustable(uint8_t* dst, const uint8_t* src, uint32_t count, float hue, float saturation);
 
 }  // namespace qvn

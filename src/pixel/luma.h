@@ -28,4 +28,11 @@ inline Bytes luma_77_150_29(RgbPairs p) {
   return join_top_bytes(even, odd);
 }
 
+inline Bytes luma_54_184_18(RgbPairs p) {
+  const Words red = factor<Words>(54), green = factor<Words>(184), blue = factor<Words>(18);
+  const Words even = p.even.r * red + p.even.g * green + p.even.b * blue + 128;
+  const Words odd = p.odd.r * red + p.odd.g * green + p.odd.b * blue + 128;
+  return join_top_bytes(even, odd);
+}
+
 }  // namespace qvn

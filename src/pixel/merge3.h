@@ -118,14 +118,16 @@ inline void store_merge3(uint8_t* to, Bytes a, Bytes b, Bytes c) {
   }
 }
 
-// The same for channels whose 16-byte blocks hold their even pixels first, then their odd ones.
+// Blocks that hold their even pixels first, then their odd ones, in order.
+inline Bytes riffle_halves(Bytes v) { return interleave_low(v, shuffle<places::down<8>>(v, Bytes{})); }
+
+// The same for channels of such blocks.
 inline void store_merge3_halves(uint8_t* to, Bytes a, Bytes b, Bytes c) {
   if constexpr (kBytePermutes) {
     store_spread3(to, shuffle<places::spread3_halves<0>>(a), shuffle<places::spread3_halves<1>>(b),
                   shuffle<places::spread3_halves<2>>(c));
   } else {
-    const auto riffle = [](Bytes v) { return interleave_low(v, shuffle<places::down<8>>(v, Bytes{})); };
-    store_merge3_interleaved(to, riffle(a), riffle(b), riffle(c));
+    store_merge3_interleaved(to, riffle_halves(a), riffle_halves(b), riffle_halves(c));
   }
 }
 

@@ -17,6 +17,25 @@
 namespace qvn {
 
 using SignedDoubleWords = Lanes<int32_t>;
+using Floats = Lanes<float>;
+
+// Byte i is byte from[i] of v's own 16-byte block, or 0 where from[i] is 128 or more; from 16 to 127 it is
+// undefined.
+inline Bytes permute_blocks(Bytes v, Bytes from) {
+#if defined(__AVX512BW__)
+  return as<Bytes>(_mm512_shuffle_epi8(as<__m512i>(v), as<__m512i>(from)));
+#elif defined(__AVX2__)
+  return as<Bytes>(_mm256_shuffle_epi8(as<__m256i>(v), as<__m256i>(from)));
+#elif defined(__SSSE3__)
+  return as<Bytes>(_mm_shuffle_epi8(as<__m128i>(v), as<__m128i>(from)));
+#elif defined(__wasm_simd128__)
+  return as<Bytes>(__builtin_wasm_swizzle_i8x16(as<SignedBytes>(v), as<SignedBytes>(from)));
+#else
+  Bytes bytes{};
+  for (int i = 0; i < kLaneBytes; ++i) bytes[i] = from[i] < 128 ? v[i / 16 * 16 + from[i] % 16] : 0;
+  return bytes;
+#endif
+}
 
 // (a * b) >> 16 of each lane, rounded down.
 inline SignedWords multiply_high(SignedWords a, SignedWords b) {
@@ -103,6 +122,20 @@ inline SignedWords narrow_to_words(SignedDoubleWords first, SignedDoubleWords se
 #endif
 }
 
+// Double words from -32768 to 65535 and beyond to unsigned words, stopped at 0 and 65535.
+inline Words narrow_to_unsigned_words(SignedDoubleWords first, SignedDoubleWords second) {
+#if defined(__AVX512BW__)
+  return as<Words>(_mm512_packus_epi32(as<__m512i>(first), as<__m512i>(second)));
+#elif defined(__AVX2__)
+  return as<Words>(_mm256_packus_epi32(as<__m256i>(first), as<__m256i>(second)));
+#elif defined(__SSE4_1__)
+  return as<Words>(_mm_packus_epi32(as<__m128i>(first), as<__m128i>(second)));
+#else
+  // As signed words, 32768 lower. Double words near the lowest one would wrap.
+  return as<Words>(narrow_to_words(first - 32768, second - 32768)) ^ 0x8000;
+#endif
+}
+
 namespace places {
 // Of two vectors' 16-byte blocks, those at even or at odd places: narrowed, such a pair comes out in memory
 // order.
@@ -122,5 +155,44 @@ constexpr int first_of_pair(int i) { return i / 2 * 2; }
 constexpr int second_of_pair(int i) { return i / 2 * 2 + 1; }
 constexpr int other_of_pair(int i) { return i ^ 1; }
 }  // namespace places
+
+// ---- Floating point.
+
+inline Floats to_floats(DoubleWords below_2_to_31) {
+  return __builtin_convertvector(as<SignedDoubleWords>(below_2_to_31), Floats);
+}
+
+// Truncated toward zero. What does not fit, and what is no number, gives the lowest integer.
+inline DoubleWords truncate_to_double_words(Floats v) {
+#if defined(__AVX512BW__)
+  return as<DoubleWords>(_mm512_cvttps_epi32(as<__m512>(v)));
+#elif defined(__AVX2__)
+  return as<DoubleWords>(_mm256_cvttps_epi32(as<__m256>(v)));
+#elif defined(__SSE2__)
+  return as<DoubleWords>(_mm_cvttps_epi32(as<__m128>(v)));
+#else
+  DoubleWords integers{};
+  for (int i = 0; i < kLaneCount<DoubleWords>; ++i) {
+    const bool fits = v[i] > -0x1p31F && v[i] < 0x1p31F;
+    integers[i] = fits ? static_cast<uint32_t>(static_cast<int32_t>(v[i])) : 0x80000000;
+  }
+  return integers;
+#endif
+}
+
+// Whether a lane of a comparison's result is set.
+inline bool any(DoubleWords lanes) {
+#if defined(__AVX512BW__)
+  return _mm512_movepi8_mask(as<__m512i>(lanes)) != 0;
+#elif defined(__AVX2__)
+  return _mm256_movemask_epi8(as<__m256i>(lanes)) != 0;
+#elif defined(__SSE2__)
+  return _mm_movemask_epi8(as<__m128i>(lanes)) != 0;
+#else
+  bool set = false;
+  for (int i = 0; i < kLaneCount<DoubleWords>; ++i) set = set || lanes[i] != 0;
+  return set;
+#endif
+}
 
 }  // namespace qvn

@@ -1,6 +1,7 @@
 // Puts: what is written for a pixel's channels. A put knows its bytes a pixel and how many of them, the first
 // ones, it writes, how one pixel is written, and how a vector of consecutive pixels is, in the form `Form`;
-// it writes those bytes only.
+// it writes those bytes only. Puts that take bytes also take `halves`: blocks of 16 bytes that hold their
+// even pixels first, then their odd ones.
 #pragma once
 
 #include <type_traits>
@@ -8,6 +9,7 @@
 #include "pixel/lanes.h"
 #include "pixel/luma.h"
 #include "pixel/merge3.h"
+#include "pixel/merge4.h"
 #include "pixel/rgb.h"
 
 namespace qvn {
@@ -22,6 +24,19 @@ struct PutBgr {
     out[2] = static_cast<uint8_t>(p.r);
   }
   static void pixels(uint8_t* out, Rgb<Bytes> p) { store_merge3(out, p.b, p.g, p.r); }
+  static void halves(uint8_t* out, Rgb<Bytes> p) { store_merge3_halves(out, p.b, p.g, p.r); }
+};
+
+// A pixel's fourth byte is stepped over.
+struct PutBgra {
+  using Form = Rgb<Bytes>;
+  static constexpr size_t kPixelBytes = 4;
+  static constexpr size_t kWrittenBytes = 3;
+  static void pixel(uint8_t* out, Rgb<uint32_t> p) { PutBgr::pixel(out, p); }
+  static void pixels(uint8_t* out, Rgb<Bytes> p) { store_three_of_four(out, p.b, p.g, p.r); }
+  static void halves(uint8_t* out, Rgb<Bytes> p) {
+    store_three_of_four(out, riffle_halves(p.b), riffle_halves(p.g), riffle_halves(p.r));
+  }
 };
 
 struct PutY8 {
@@ -32,6 +47,17 @@ struct PutY8 {
     out[0] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
   }
   static void pixels(uint8_t* out, RgbPairs p) { store(out, luma_77_150_29(p)); }
+};
+
+// Luma by the second set of weights.
+struct PutY8Rounded {
+  using Form = RgbPairs;
+  static constexpr size_t kPixelBytes = 1;
+  static constexpr size_t kWrittenBytes = 1;
+  static void pixel(uint8_t* out, Rgb<uint32_t> p) {
+    out[0] = static_cast<uint8_t>(luma_54_184_18(p.r, p.g, p.b));
+  }
+  static void pixels(uint8_t* out, RgbPairs p) { store(out, luma_54_184_18(p)); }
 };
 
 // Luma in all three bytes of a pixel.
@@ -53,6 +79,16 @@ inline void put_pairs(uint8_t* out, RgbPairs p) {
   } else {
     Put::pixels(
         out, {join_bytes(p.even.r, p.odd.r), join_bytes(p.even.g, p.odd.g), join_bytes(p.even.b, p.odd.b)});
+  }
+}
+
+// The same of a vector of pixels that are at hand as bytes.
+template <class Put>
+inline void put_bytes(uint8_t* out, const Rgb<Bytes>& p) {
+  if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
+    Put::pixels(out, pairs_of_bytes(p));
+  } else {
+    Put::pixels(out, p);
   }
 }
 

@@ -16,6 +16,11 @@ struct RgbPairs {
   Rgb<Words> even, odd;
 };
 
+inline RgbPairs pairs_of_bytes(const Rgb<Bytes>& p) {
+  return {{even_bytes(p.r), even_bytes(p.g), even_bytes(p.b)},
+          {odd_bytes(p.r), odd_bytes(p.g), odd_bytes(p.b)}};
+}
+
 // The same with red and blue as the two bytes of a word, for sums that take them at once. Red is the lower
 // byte of the even pixels and the upper one of the odd pixels (Odd 0), or the other way about (Odd 1).
 struct RbgForm {};  // names the form, whose type depends on the row's phase

@@ -48,6 +48,9 @@ TEST(InterpolationRows, SizesThatRunByRows) {
   // From 2^32 bytes of working frame on, the halves of the passes wrap around.
   EXPECT_EQ(runs_by_rows(65536, 21844), kVectorRows);
   EXPECT_FALSE(runs_by_rows(65536, 21846));
+  EXPECT_EQ(runs_by_rows(65536, 16382, 4), kVectorRows);
+  EXPECT_FALSE(runs_by_rows(65536, 16384, 4));
+  EXPECT_FALSE(runs_by_rows(65536, 21846, 1));
 }
 
 }  // namespace

@@ -39,34 +39,39 @@ std::uint8_t* two_columns_odd(std::uint8_t* out, const CellWalker& at) {
 
 CellWalker::CellWalker(const std::uint8_t* src, std::uint32_t pattern, std::uint32_t width,
                        std::uint32_t height, std::uint32_t bytes_per_sample)
+    : CellWalker(src, pattern, width, height, std::size_t{width} * bytes_per_sample, bytes_per_sample,
+                 2 * bytes_per_sample) {}
+
+CellWalker::CellWalker(const std::uint8_t* src, std::uint32_t pattern, std::uint32_t width,
+                       std::uint32_t height, std::size_t line_bytes, std::uint32_t next, std::uint32_t two)
     : row(pattern >> 1),
       line_(src),
       pattern_(pattern),
       width_(width),
       height_(height),
-      bytes_per_sample_(bytes_per_sample) {}
+      line_bytes_(line_bytes),
+      next_(next),
+      two_(two) {}
 
 bool CellWalker::begin_line() {
   if (!(row < (pattern_ >> 1) + height_ - 1)) return false;
-  const std::size_t pitch = std::size_t{width_} * bytes_per_sample_;
   const std::uint8_t* upper = line_;
-  const std::uint8_t* lower = line_ + pitch;
-  const std::uint32_t next = bytes_per_sample_;
+  const std::uint8_t* lower = line_ + line_bytes_;
   switch ((row & 1) + 2 * (pattern_ & 1)) {
     case 0:
-      R = upper, G1 = lower, G2 = upper + next, B = lower + next;
+      R = upper, G1 = lower, G2 = upper + next_, B = lower + next_;
       break;
     case 1:
-      R = lower, G1 = upper, G2 = lower + next, B = upper + next;
+      R = lower, G1 = upper, G2 = lower + next_, B = upper + next_;
       break;
     case 2:
-      R = upper + next, G1 = lower + next, G2 = upper, B = lower;
+      R = upper + next_, G1 = lower + next_, G2 = upper, B = lower;
       break;
     default:
-      R = lower + next, G1 = upper + next, G2 = lower, B = upper;
+      R = lower + next_, G1 = upper + next_, G2 = lower, B = upper;
       break;
   }
-  line_ += pitch;
+  line_ += line_bytes_;
   col = pattern_ & 1;
   return true;
 }
@@ -74,13 +79,12 @@ bool CellWalker::begin_line() {
 bool CellWalker::in_line() const { return col < (pattern_ & 1) + width_ - 1; }
 
 void CellWalker::step() {
-  const std::uint32_t two = 2 * bytes_per_sample_;
   if ((col & 1) == 0) {
-    R += two;
-    G1 += two;
+    R += two_;
+    G1 += two_;
   } else {
-    B += two;
-    G2 += two;
+    B += two_;
+    G2 += two_;
   }
   ++col;
 }

@@ -5,6 +5,7 @@
 /// then reads before `dst`; the caller provides memory there.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "reference/pattern.h"
@@ -24,6 +25,9 @@ class CellWalker {
  public:
   CellWalker(const std::uint8_t* src, std::uint32_t pattern, std::uint32_t width, std::uint32_t height,
              std::uint32_t bytes_per_sample = 1);
+  /// Columns 0 and 1 of a line are `next` bytes apart, columns 0 and 2 `two` bytes.
+  CellWalker(const std::uint8_t* src, std::uint32_t pattern, std::uint32_t width, std::uint32_t height,
+             std::size_t line_bytes, std::uint32_t next, std::uint32_t two);
 
   /// Places the cursors on the first window of the next line; false when all lines are made.
   bool begin_line();
@@ -50,7 +54,9 @@ class CellWalker {
   std::uint32_t pattern_;
   std::uint32_t width_;
   std::uint32_t height_;
-  std::uint32_t bytes_per_sample_;
+  std::size_t line_bytes_;
+  std::uint32_t next_;
+  std::uint32_t two_;
 };
 
 /// (77 * R + 150 * G + 29 * B) >> 8

@@ -1,0 +1,87 @@
+// Strips of a line's pixels as three planes, bytes or words: what stands between the window and the put of a
+// corrected demosaic. A strip lies on the stack. Rows over planes may work on whole vectors: there is always
+// room, and what lies behind the n pixels of a strip counts for nothing.
+#pragma once
+
+#include <array>
+
+#include "bayer/row_2x2.h"
+
+namespace qvn {
+
+inline constexpr size_t kStripPixels = 256;  // whole vectors, and whole pairs of pixels
+
+template <class T>
+using Plane = std::array<T, kStripPixels>;
+
+template <class T>
+struct Planes {
+  alignas(64) Plane<T> r, g, b;
+};
+
+// One of the three.
+template <class T>
+using Channel = Plane<T> Planes<T>::*;
+
+template <class T>
+inline constexpr Channel<T> kChannels[3] = {&Planes<T>::r, &Planes<T>::g, &Planes<T>::b};
+
+template <class V, class T>
+V load_at(const Plane<T>& plane, size_t x) {
+  return load<V>(reinterpret_cast<const uint8_t*>(plane.data() + x));
+}
+
+template <class V, class T>
+void store_at(Plane<T>& plane, size_t x, V lanes) {
+  store(reinterpret_cast<uint8_t*>(plane.data() + x), lanes);
+}
+
+// An output that writes the windows of a row to planes.
+template <class T>
+struct PlaneOutput {
+  using Form = Rgb<Lanes<T>>;
+  static constexpr bool kWholePairs = false;
+  Planes<T>& planes;
+  void pixel(size_t x, Rgb<uint32_t> p) const {
+    planes.r[x] = static_cast<T>(p.r);
+    planes.g[x] = static_cast<T>(p.g);
+    planes.b[x] = static_cast<T>(p.b);
+  }
+  void pixels(size_t x, const Form& p) const {
+    store_at(planes.r, x, p.r);
+    store_at(planes.g, x, p.g);
+    store_at(planes.b, x, p.b);
+  }
+};
+
+// The line from column x on; x is even.
+template <class Fetch>
+CellLine line_from(const CellLine& line, size_t x) {
+  const size_t skipped = Fetch::line_bytes(static_cast<uint32_t>(x));
+  return {line.red + skipped, line.blue + skipped, line.column_phase};
+}
+
+// Writes n pixels.
+template <class Put, class T>
+void put_planes(uint8_t* out, const Planes<T>& planes, size_t n) {
+  constexpr size_t kStep = kLaneCount<Lanes<T>>;
+  const auto put_at = [&](size_t x) {
+    const Rgb<Lanes<T>> pixels = {load_at<Lanes<T>>(planes.r, x), load_at<Lanes<T>>(planes.g, x),
+                                  load_at<Lanes<T>>(planes.b, x)};
+    if constexpr (sizeof(T) == 1) {
+      put_bytes<Put>(out + x * Put::kPixelBytes, pixels);
+    } else {
+      Put::pixels(out + x * Put::kPixelBytes, pixels);
+    }
+  };
+  if (!kVectorRows || n < kStep) {
+    for (size_t x = 0; x < n; ++x) {
+      Put::pixel(out + x * Put::kPixelBytes, {planes.r[x], planes.g[x], planes.b[x]});
+    }
+    return;
+  }
+  for (size_t x = 0; x + kStep <= n; x += kStep) put_at(x);
+  if (n % kStep != 0) put_at(n - kStep);
+}
+
+}  // namespace qvn

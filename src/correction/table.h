@@ -1,0 +1,101 @@
+// The table rule: every channel is the entry at its value. Entries are bytes or words, T as the samples.
+#pragma once
+
+#include <array>
+#include <cstring>
+
+#include "correction/color_correction.h"
+#include "correction/curve.h"
+#include "frame/platform.h"
+
+namespace qvn {
+
+template <class T>
+class TableEntries {
+ public:
+  explicit TableEntries(const ColorCorrection* object) {
+    const auto& record = record_of<ColorCorrectionTable>(object);
+    entries_ = static_cast<const uint8_t*>(record.first);
+    const auto first = reinterpret_cast<intptr_t>(record.first),
+               last = reinterpret_cast<intptr_t>(record.last);
+    length_ = (last - first) / static_cast<intptr_t>(sizeof(T));
+  }
+
+  // Whether every value below `values` is an index.
+  bool cover(uint32_t values) const { return entries_ != nullptr && length_ >= int64_t{values}; }
+
+  // Reports an index that has no entry. The report may return.
+  void check(T index) const {
+    if (entries_ == nullptr || index >= length_) report_invalid_parameter();
+  }
+
+  T operator[](T index) const {
+    T entry;
+    std::memcpy(&entry, entries_ + index * sizeof entry, sizeof entry);
+    return entry;
+  }
+
+ private:
+  const uint8_t* entries_;
+  int64_t length_;
+};
+
+// A table that covers all values. Bytes are copied first: as stores of bytes may change anything, the place
+// of the table would be looked up for every sample.
+template <class T>
+class EntryCurve {
+ public:
+  explicit EntryCurve(const TableEntries<T>& entries) : entries_(entries) {}
+  T operator()(T sample) const { return entries_[sample]; }
+
+ private:
+  TableEntries<T> entries_;
+};
+template <>
+class EntryCurve<uint8_t> {
+ public:
+  explicit EntryCurve(const TableEntries<uint8_t>& entries) {
+    for (size_t i = 0; i < entries_.size(); ++i) entries_[i] = entries[static_cast<uint8_t>(i)];
+  }
+  uint8_t operator()(uint8_t sample) const { return entries_[sample]; }
+
+ private:
+  std::array<uint8_t, 256> entries_;
+};
+
+template <class T>
+using Table = ByCurve<T, EntryCurve<T>>;
+
+// One that may not. Reports come in the order of the pixels, of each red, green, blue; after one that
+// returns, what lies outside the table is read as if nothing had been.
+template <class T>
+class ShortTable {
+ public:
+  static constexpr bool kInOrder = true;
+  explicit ShortTable(const TableEntries<T>& entries) : entries_(entries) {}
+
+  void row(Planes<T>& p, size_t from, size_t to) const {
+    correct_pixels(p, from, to, [this](Rgb<T> q) { return Rgb<T>{at(q.r), at(q.g), at(q.b)}; });
+  }
+
+  // The other two channels are tested all the same, but not read.
+  void shared_row(Planes<T>& p, Channel<T> shared, size_t from, size_t to) const {
+    for (const Channel<T> channel : kChannels<T>) {
+      correct_plane(p.*channel, from, to, [&](T index) {
+        if (channel == shared) return at(index);
+        entries_.check(index);
+        return index;
+      });
+    }
+  }
+
+ private:
+  T at(T index) const {
+    entries_.check(index);
+    return entries_[index];
+  }
+
+  TableEntries<T> entries_;
+};
+
+}  // namespace qvn
