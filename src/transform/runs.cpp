@@ -1,0 +1,122 @@
+// The runs as compositions: a source of colours or of grey samples, and a put. Vector loops leave their tails
+// to the plain ones, so that they work in place.
+#include "transform/runs.h"
+
+#include <cstring>
+
+#include "convert/mono_rgb.h"
+#include "convert/yuv_rows.h"
+#include "transform/colour_sources.h"
+#include "transform/put_grey.h"
+
+namespace qvn {
+
+namespace {
+
+template <class Source, class Put>
+[[gnu::flatten]] bool colour_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  size_t x = 0;
+  if constexpr (kVectorRows) {
+    for (; x + kLaneBytes <= n; x += kLaneBytes) {
+      put_bytes<Put>(dst + x * Put::kPixelBytes, Source::pixels(src + x * Source::kPixelBytes));
+    }
+  }
+  for (; x < n; ++x) Put::pixel(dst + x * Put::kPixelBytes, Source::pixel(src + x * Source::kPixelBytes));
+  return true;
+}
+
+// kGroup pixels make a step; the end is met, not passed.
+template <class Fetch, class Put, size_t kGroup = 1>
+[[gnu::flatten]] bool grey_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr size_t kStep = Fetch::kColumns;
+  size_t x = 0;
+  if constexpr (kVectorRows) {
+    for (; x + kStep <= n; x += kStep) Put::pixels(dst + x * Put::kPixelBytes, Fetch::samples(src, x));
+  }
+  for (; x != n; x += kGroup) {
+    for (size_t i = x; i < x + kGroup; ++i) {
+      Put::pixel(dst + i * Put::kPixelBytes, Fetch::sample(src, i));
+    }
+  }
+  return true;
+}
+
+bool copy_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  std::memmove(dst, src, n);
+  return true;
+}
+
+template <void (*row)(uint8_t* dst, const uint8_t* src, size_t n)>
+bool row_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  row(dst, src, n);
+  return true;
+}
+
+// The group of an odd last pixel has both of its chroma bytes, and no second luma.
+bool y8_to_422_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  grey_run<FetchRaw8, GreyHalf422>(dst, src, n);
+  if (n % 2 != 0) dst[2 * n] = 0;
+  return true;
+}
+
+// Red and blue change places; alpha stays, and is the fourth byte.
+bool rgba8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  size_t x = 0;
+  if constexpr (kVectorRows) {
+    for (; x + kLaneBytes / 4 <= n; x += kLaneBytes / 4) {
+      const DoubleWords v = load<DoubleWords>(src + 4 * x);
+      store(dst + 4 * x, (v & 0xFF00FF00) | ((v & 0xFF) << 16) | ((v >> 16) & 0xFF));
+    }
+  }
+  for (; x < n; ++x) {
+    const uint8_t *from = src + 4 * x, bgra[] = {from[2], from[1], from[0], from[3]};
+    std::memcpy(dst + 4 * x, bgra, sizeof bgra);
+  }
+  return true;
+}
+
+template <class Source>
+constexpr ByTarget<PixelRun> colour_runs() {
+  return {colour_run<Source, PutY8>, colour_run<Source, PutBgr>, colour_run<Source, PutBgra>,
+          colour_run<Source, PutY8Rounded>};
+}
+
+template <class Layout>
+constexpr ByTarget<PixelRun> yuv_runs() {
+  return {row_run<yuv_to_packed<Layout, PutY8>>, row_run<yuv_to_packed<Layout, PutBgr>>,
+          row_run<yuv_to_packed<Layout, PutBgra>>, row_run<yuv_to_packed<Layout, PutY8Rounded>>};
+}
+
+// Grey has one luma, whatever the weights.
+template <class Fetch, size_t kGroup = 1>
+constexpr ByTarget<PixelRun> grey_runs() {
+  constexpr PixelRun kY8 = grey_run<Fetch, GreyY8, kGroup>;
+  return {kY8, grey_run<Fetch, GreyBgr, kGroup>, grey_run<Fetch, GreyBgra, kGroup>, kY8};
+}
+
+struct Y16LayoutRuns {
+  template <ByteOrder Order, int Shift>
+  static constexpr ByTarget<PixelRun> of() {
+    ByTarget<PixelRun> runs = grey_runs<FetchShiftedRaw16TopByte<Order, Shift>>();
+    runs[5] = runs[6] = grey_run<FetchRaw16<Order, Shift>, GreyY16>;
+    runs[7] = grey_run<FetchRaw16<Order, Shift>, GreyBgr16>;
+    return runs;
+  }
+};
+
+}  // namespace
+
+constexpr ByTarget<PixelRun> kRgb8Runs = {colour_run<Rgb8, PutY8>, row_run<rgb8_to_bgr>,
+                                          colour_run<Rgb8, PutBgra>, colour_run<Rgb8, PutY8Rounded>};
+constexpr ByTarget<PixelRun> kRgba8Runs = {colour_run<Rgba8, PutY8>, colour_run<Rgba8, PutBgr>,
+                                           rgba8_to_bgra_run, colour_run<Rgba8, PutY8Rounded>};
+constexpr ByTarget<PixelRun> kYuv444Runs = yuv_runs<Yuv444>();
+constexpr ByTarget<PixelRun> kYuv422Runs = yuv_runs<Yuv422>();
+constexpr ByTarget<PixelRun> kYuv411Runs = yuv_runs<Yuv411>();
+constexpr ByTarget<PixelRun> kY8Runs = {copy_run, grey_run<FetchRaw8, GreyBgr>, grey_run<FetchRaw8, GreyBgra>,
+                                        copy_run, y8_to_422_run};
+constexpr ByTarget<PixelRun> kY16Runs = colour_runs<PushedY16>();
+constexpr ByTarget<PixelRun> kY12Runs = grey_runs<FetchRaw12TopByte, 2>();
+constexpr ByLayout<PixelRun> kY16LayoutRuns = by_layout<PixelRun, Y16LayoutRuns>();
+
+}  // namespace qvn
