@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,15 @@ struct Call {
   std::uint32_t status;
   std::uint32_t (*run)();
 };
+
+/// A creator tests nothing; its object goes back without a second line.
+std::uint32_t create(std::uint32_t (*creator)(const float*, ColorCorrection**)) {
+  const float matrix[9] = {};
+  ColorCorrection* object = nullptr;
+  const std::uint32_t status = creator(matrix, &object);
+  ::operator delete(object);
+  return status;
+}
 
 /// Null pointers all over, where an entry survives them.
 const std::vector<Call> kRefusedCalls = {
@@ -62,6 +72,68 @@ const std::vector<Call> kRefusedCalls = {
     {"QVN_Raw8ToBGR_IntLCAA", QVN_E_PARAM1, [] { return QVN_Raw8ToBGR_IntLCAA(nullptr, nullptr, 4, 4, 0); }},
     {"QVN_Raw8ToBGR_IntLCAAV", QVN_E_PARAM1,
      [] { return QVN_Raw8ToBGR_IntLCAAV(nullptr, nullptr, 4, 4, 0); }},
+    {"QVN_CreateColorCorrectionMatrix_Int8", QVN_OK,
+     [] { return create(QVN_CreateColorCorrectionMatrix_Int8); }},
+    {"QVN_CreateColorCorrectionMatrix_Int16", QVN_OK,
+     [] { return create(QVN_CreateColorCorrectionMatrix_Int16); }},
+    {"QVN_DestroyColorCorrection", QVN_E_PARAM1, [] { return QVN_DestroyColorCorrection(nullptr); }},
+    {"QVN_Raw8ToBGR_CC", QVN_E_PARAM1, [] { return QVN_Raw8ToBGR_CC(nullptr, nullptr, 4, 4, 0, nullptr); }},
+    {"QVN_Raw8ToY8_CC", QVN_E_PARAM1, [] { return QVN_Raw8ToY8_CC(nullptr, nullptr, 4, 4, 0, nullptr); }},
+    {"QVN_Raw12ToBGR", QVN_E_PARAM1, [] { return QVN_Raw12ToBGR(nullptr, nullptr, 4, 4, 0); }},
+    {"QVN_Raw12ToBGR_CC", QVN_E_PARAM1, [] { return QVN_Raw12ToBGR_CC(nullptr, nullptr, 4, 4, 0, nullptr); }},
+    {"QVN_Raw12ToBGR16", QVN_E_PARAM1, [] { return QVN_Raw12ToBGR16(nullptr, nullptr, 4, 4, 0); }},
+    {"QVN_Raw12ToBGR16_CC", QVN_E_PARAM1,
+     [] { return QVN_Raw12ToBGR16_CC(nullptr, nullptr, 4, 4, 0, nullptr); }},
+    {"QVN_Raw16ToBGR16", QVN_E_PARAM1, [] { return QVN_Raw16ToBGR16(nullptr, nullptr, 4, 4, 0, 17); }},
+    {"QVN_Raw16ToBGR16_CC", QVN_E_PARAM1,
+     [] { return QVN_Raw16ToBGR16_CC(nullptr, nullptr, 4, 4, 0, 17, nullptr); }},
+    {"QVN_Raw16ToY16", QVN_E_PARAM1, [] { return QVN_Raw16ToY16(nullptr, nullptr, 4, 4, 0, 17); }},
+    {"QVN_Raw16ToY16_CC", QVN_E_PARAM1,
+     [] { return QVN_Raw16ToY16_CC(nullptr, nullptr, 4, 4, 0, 17, nullptr); }},
+    {"QVN_RGB8ImageTransform", QVN_E_PARAM1, [] { return QVN_RGB8ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_RGBA8ImageTransform", QVN_E_PARAM1, [] { return QVN_RGBA8ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_YUV444ImageTransform", QVN_E_PARAM1,
+     [] { return QVN_YUV444ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_YUV422ImageTransform", QVN_E_PARAM1,
+     [] { return QVN_YUV422ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_YUV411ImageTransform", QVN_E_PARAM1,
+     [] { return QVN_YUV411ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_Y8ImageTransform", QVN_E_PARAM1, [] { return QVN_Y8ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_Y16ImageTransform", QVN_E_PARAM1, [] { return QVN_Y16ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_Y12ImageTransform", QVN_E_PARAM1, [] { return QVN_Y12ImageTransform(nullptr, nullptr, 4, 9); }},
+    {"QVN_Y16ImageTransformEx", QVN_E_PARAM1,
+     [] { return QVN_Y16ImageTransformEx(nullptr, nullptr, 4, 9, nullptr); }},
+    {"QVN_Raw8ImageTransform", QVN_E_PARAM1,
+     [] { return QVN_Raw8ImageTransform(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw8ImageTransform_3x3", QVN_E_PARAM1,
+     [] { return QVN_Raw8ImageTransform_3x3(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw8ImageTransform_IntYUV422", QVN_E_PARAM1,
+     [] { return QVN_Raw8ImageTransform_IntYUV422(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw8ImageTransform_IntLCAA", QVN_E_PARAM1,
+     [] { return QVN_Raw8ImageTransform_IntLCAA(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw8ImageTransform_IntLCAAV", QVN_E_PARAM1,
+     [] { return QVN_Raw8ImageTransform_IntLCAAV(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw12ImageTransform", QVN_E_PARAM1,
+     [] { return QVN_Raw12ImageTransform(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw16ImageTransform", QVN_E_PARAM1,
+     [] { return QVN_Raw16ImageTransform(nullptr, nullptr, 4, 4, 9, 0); }},
+    {"QVN_Raw16ImageTransformEx", QVN_E_PARAM1,
+     [] { return QVN_Raw16ImageTransformEx(nullptr, nullptr, 4, 4, 9, nullptr); }},
+    {"QVN_IRaw8CYGMToBGR_Bin", QVN_E_PARAM1, [] { return QVN_IRaw8CYGMToBGR_Bin(nullptr, nullptr, 4, 4); }},
+    {"QVN_IRaw8CYGMToBGR", QVN_E_PARAM1, [] { return QVN_IRaw8CYGMToBGR(nullptr, nullptr, 4, 8, 0); }},
+    {"QVN_IRaw8CYGMToBGR_3x3", QVN_E_PARAM1,
+     [] { return QVN_IRaw8CYGMToBGR_3x3(nullptr, nullptr, 4, 4, 0); }},
+    {"QVN_IRaw8CYGMToMono", QVN_E_PARAM1, [] { return QVN_IRaw8CYGMToMono(nullptr, nullptr, 4, 4, 0); }},
+    {"QVN_IRaw8CYGMImageTransform_Bin", QVN_E_PARAM1,
+     [] { return QVN_IRaw8CYGMImageTransform_Bin(nullptr, nullptr, 4, 4, 99); }},
+    {"QVN_IRaw8CYGMImageTransform", QVN_E_PARAM1,
+     [] { return QVN_IRaw8CYGMImageTransform(nullptr, nullptr, 4, 4, 99, 0); }},
+    {"QVN_IRaw8CYGMImageTransform_3x3", QVN_E_PARAM1,
+     [] { return QVN_IRaw8CYGMImageTransform_3x3(nullptr, nullptr, 4, 4, 4, 0); }},
+    {"QVN_InterlacedToProgressive", QVN_E_PARAM1,
+     [] { return QVN_InterlacedToProgressive(nullptr, nullptr, 4, 4); }},
+    {"QVN_Packed12BitTo8Bit", QVN_E_PARAM1, [] { return QVN_Packed12BitTo8Bit(nullptr, nullptr, 4, 4); }},
+    {"QVN_Packed12BitTo16Bit", QVN_E_PARAM1, [] { return QVN_Packed12BitTo16Bit(nullptr, nullptr, 4, 4); }},
 };
 
 TEST(CallFrameLine, StandsBeforeTheChecksUnderTheEntrysName) {
@@ -87,6 +159,20 @@ TEST(CallFrameLine, IsAtLevelFourInEveryEntry) {
 using BayerEntry = std::uint32_t (*)(std::uint8_t*, std::uint8_t*, std::uint32_t, std::uint32_t,
                                      std::uint32_t);
 
+const ColorCorrection* identity() {
+  static const ColorCorrectionFloat object = {CcMatrixFloat, 0, {1, 0, 0, 0, 1, 0, 0, 0, 1}, 1, 1};
+  return reinterpret_cast<const ColorCorrection*>(&object);
+}
+
+/// Pictures of words have twice the bytes that there is room for.
+template <typename Convert>
+std::uint32_t upper_half(std::uint8_t* dst, std::uint32_t width, std::uint32_t height, Convert convert) {
+  std::vector<std::uint16_t> words(std::size_t{3} * width * height);
+  const std::uint32_t status = convert(words.data());
+  std::memcpy(dst, words.data(), words.size());
+  return status;
+}
+
 const std::vector<std::pair<const char*, BayerEntry>> kBayerEntries = {
     {"QVN_Raw8ToBGR",
      [](auto* dst, auto* src, auto w, auto h, auto p) { return QVN_Raw8ToBGR(dst, src, w, h, p); }},
@@ -101,6 +187,66 @@ const std::vector<std::pair<const char*, BayerEntry>> kBayerEntries = {
     {"QVN_Raw8ToBGR_IntYUV422", QVN_Raw8ToBGR_IntYUV422},
     {"QVN_Raw8ToBGR_IntLCAA", QVN_Raw8ToBGR_IntLCAA},
     {"QVN_Raw8ToBGR_IntLCAAV", QVN_Raw8ToBGR_IntLCAAV},
+    {"QVN_Raw8ToBGR_CC", [](auto* dst, auto* src, auto w, auto h,
+                            auto p) { return QVN_Raw8ToBGR_CC(dst, src, w, h, p, identity()); }},
+    {"QVN_Raw8ToY8_CC", [](auto* dst, auto* src, auto w, auto h,
+                           auto p) { return QVN_Raw8ToY8_CC(dst, src, w, h, p, identity()); }},
+    {"QVN_Raw12ToBGR",
+     [](auto* dst, auto* src, auto w, auto h, auto p) { return QVN_Raw12ToBGR(dst, src, w, h, p); }},
+    {"QVN_Raw12ToBGR_CC", [](auto* dst, auto* src, auto w, auto h,
+                             auto p) { return QVN_Raw12ToBGR_CC(dst, src, w, h, p, identity()); }},
+    {"QVN_Raw12ToBGR16",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return upper_half(dst, w, h, [&](auto* words) { return QVN_Raw12ToBGR16(words, src, w, h, p); });
+     }},
+    {"QVN_Raw12ToBGR16_CC",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return upper_half(dst, w, h,
+                         [&](auto* words) { return QVN_Raw12ToBGR16_CC(words, src, w, h, p, identity()); });
+     }},
+    {"QVN_Raw16ToBGR16",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return upper_half(dst, w, h, [&](auto* words) { return QVN_Raw16ToBGR16(words, src, w, h, p, 3); });
+     }},
+    {"QVN_Raw16ToBGR16_CC",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return upper_half(
+           dst, w, h, [&](auto* words) { return QVN_Raw16ToBGR16_CC(words, src, w, h, p, 3, identity()); });
+     }},
+    {"QVN_Raw16ToY16",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return upper_half(dst, w, h, [&](auto* words) { return QVN_Raw16ToY16(words, src, w, h, p, 3); });
+     }},
+    {"QVN_Raw16ToY16_CC",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return upper_half(dst, w, h,
+                         [&](auto* words) { return QVN_Raw16ToY16_CC(words, src, w, h, p, 3, identity()); });
+     }},
+    {"QVN_Raw8ImageTransform", [](auto* dst, auto* src, auto w, auto h,
+                                  auto p) { return QVN_Raw8ImageTransform(dst, src, w, h, 1, p); }},
+    {"QVN_Raw8ImageTransform_3x3", [](auto* dst, auto* src, auto w, auto h,
+                                      auto p) { return QVN_Raw8ImageTransform_3x3(dst, src, w, h, 1, p); }},
+    {"QVN_Raw8ImageTransform_IntYUV422",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return QVN_Raw8ImageTransform_IntYUV422(dst, src, w, h, 1, p);
+     }},
+    {"QVN_Raw8ImageTransform_IntLCAA",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return QVN_Raw8ImageTransform_IntLCAA(dst, src, w, h, 1, p);
+     }},
+    {"QVN_Raw8ImageTransform_IntLCAAV",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       return QVN_Raw8ImageTransform_IntLCAAV(dst, src, w, h, 1, p);
+     }},
+    {"QVN_Raw12ImageTransform", [](auto* dst, auto* src, auto w, auto h,
+                                   auto p) { return QVN_Raw12ImageTransform(dst, src, w, h, 1, p); }},
+    {"QVN_Raw16ImageTransform", [](auto* dst, auto* src, auto w, auto h,
+                                   auto p) { return QVN_Raw16ImageTransform(dst, src, w, h, 1, p); }},
+    {"QVN_Raw16ImageTransformEx",
+     [](auto* dst, auto* src, auto w, auto h, auto p) {
+       const SampleFormatBlock block = {0, 0, 16, 1, p};
+       return QVN_Raw16ImageTransformEx(dst, src, w, h, 1, &block);
+     }},
 };
 
 /// Gives the version word back when a test ends.

@@ -8,12 +8,14 @@
 namespace {
 
 thread_local std::size_t count = 0;
+thread_local std::size_t last_size = 0;
 thread_local std::size_t calls_to_failure = 0;
 thread_local void (*next_callback)() = nullptr;
 std::atomic<long> live = 0;
 
 void* allocate(std::size_t size) {
   ++count;
+  last_size = size;
   if (next_callback != nullptr) {
     auto* const callback = next_callback;
     next_callback = nullptr;
@@ -37,6 +39,7 @@ void release(void* memory) {
 namespace support {
 
 std::size_t allocation_count() { return count; }
+std::size_t last_allocation_size() { return last_size; }
 void fail_allocation(std::size_t calls) { calls_to_failure = calls; }
 void at_next_allocation(void (*callback)()) { next_callback = callback; }
 long live_allocations() { return live; }

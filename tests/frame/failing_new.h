@@ -11,6 +11,9 @@ namespace support {
 /// Allocations of this thread since the program began.
 std::size_t allocation_count();
 
+/// Bytes that this thread's last allocation asked for, whether it failed or not.
+std::size_t last_allocation_size();
+
 /// The `calls`-th allocation of this thread from now on throws std::bad_alloc (1: the next one); 0: none
 /// does.
 void fail_allocation(std::size_t calls);
