@@ -29,18 +29,25 @@ void run(benchmark::State& state, const EntryRow& row, Size size) {
   state.counters["/memcpy"] = time / median(theirs);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  for (const EntryRow& row : entry_rows()) {
+void register_rows(const std::vector<EntryRow>& rows) {
+  for (const EntryRow& row : rows) {
     for (const Size size : kSizes) {
       const std::string name =
-          std::string(row.name) + "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
+          row.name + "/" + std::to_string(size.width) + "x" + std::to_string(size.height);
       benchmark::RegisterBenchmark(name.c_str(), run, row, size)
           ->UseManualTime()
           ->Unit(benchmark::kMicrosecond);
     }
   }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  register_rows(entry_rows());
+  register_rows(correction_rows());
+  register_rows(transform_rows());
+  register_rows(utility_rows());
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -54,6 +54,78 @@ const std::vector<EntryRow>& entry_rows() {
        [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
          QVN_Raw8ToBGR_IntLCAAV(dst, src, width, height, 0);
        }},
+      {"IRaw8CYGMToBGR_Bin", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMToBGR_Bin(dst, src, width, height);
+       }},
+      {"IRaw8CYGMToBGR", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMToBGR(dst, src, width, height, 0);
+       }},
+      {"IRaw8CYGMToBGR_3x3", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMToBGR_3x3(dst, src, width, height, 0);
+       }},
+      {"IRaw8CYGMToMono", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMToMono(dst, src, width, height, 0);
+       }},
+      {"IRaw8CYGMImageTransform_Bin_Y8", kByte, kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_Bin(dst, src, width, height, 0);
+       }},
+      {"IRaw8CYGMImageTransform_Bin_BGR", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_Bin(dst, src, width, height, 1);
+       }},
+      {"IRaw8CYGMImageTransform_Bin_BGRA", kByte, 4 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_Bin(dst, src, width, height, 2);
+       }},
+      {"IRaw8CYGMImageTransform_Bin_Y8Rounded", kByte, kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_Bin(dst, src, width, height, 3);
+       }},
+      {"IRaw8CYGMImageTransform_Bin_YUV422", kByte, 2 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_Bin(dst, src, width, height, 4);
+       }},
+      {"IRaw8CYGMImageTransform_Y8", kByte, kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform(dst, src, width, height, 0, 0);
+       }},
+      {"IRaw8CYGMImageTransform_BGR", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform(dst, src, width, height, 1, 0);
+       }},
+      {"IRaw8CYGMImageTransform_BGRA", kByte, 4 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform(dst, src, width, height, 2, 0);
+       }},
+      {"IRaw8CYGMImageTransform_Y8Rounded", kByte, kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform(dst, src, width, height, 3, 0);
+       }},
+      {"IRaw8CYGMImageTransform_YUV422", kByte, 2 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform(dst, src, width, height, 4, 0);
+       }},
+      {"IRaw8CYGMImageTransform_3x3_Y8", kByte, kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_3x3(dst, src, width, height, 0, 0);
+       }},
+      {"IRaw8CYGMImageTransform_3x3_BGR", kByte, 3 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_3x3(dst, src, width, height, 1, 0);
+       }},
+      {"IRaw8CYGMImageTransform_3x3_BGRA", kByte, 4 * kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_3x3(dst, src, width, height, 2, 0);
+       }},
+      {"IRaw8CYGMImageTransform_3x3_Y8Rounded", kByte, kByte,
+       [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+         QVN_IRaw8CYGMImageTransform_3x3(dst, src, width, height, 3, 0);
+       }},
       {"YUV444ToBGR", 3 * kByte, 3 * kByte,
        [](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
          QVN_YUV444ToBGR(dst, src, width * height);

@@ -23,3 +23,5 @@ std::vector<Peer> grey_peers();
 std::vector<Peer> grey_to_colour_peers();
 std::vector<Peer> mono16_peers();
 std::vector<Peer> split_peers();
+std::vector<Peer> stretch_peers(bool rgb, bool linear);  // lines to five quarters of their length
+std::vector<Peer> mirror_peers(bool rgb);                // lines reversed

@@ -37,6 +37,18 @@ std::vector<Row> all_rows() {
     const size_t plane = size_t{width} * height;
     QVN_RGB8ToRGBYPlanes(dst, dst + plane, dst + 2 * plane, nullptr, src, width, height);
   };
+  const auto stretch = [](uint32_t element, uint32_t method) {
+    return [=](uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height) {
+      const auto length = static_cast<int32_t>(width);
+      QVN_ResampleScanlines(dst, src, length / 4 * 5, length, static_cast<int32_t>(height), 4, 5, element,
+                            method);
+    };
+  };
+  const auto mirror = [](uint32_t code) {
+    return [=](uint8_t* dst, uint8_t*, uint32_t width, uint32_t height) {
+      QVN_Flip(dst, width, height, 1, code);
+    };
+  };
   return {
       {"Raw8ToBGR", frame(QVN_Raw8ToBGR), bayer_peers()},
       {"Raw8ToBGR_3x3", frame(QVN_Raw8ToBGR_3x3), bayer_peers()},
@@ -51,6 +63,12 @@ std::vector<Row> all_rows() {
       {"Y8ToBGR", run(QVN_Y8ToBGR), grey_to_colour_peers()},
       {"Y16ToY8", run(QVN_Y16ToY8), mono16_peers()},
       {"RGB8ToRGBYPlanes, no Y", split, split_peers()},
+      {"Resample mono nearest", stretch(1, 0), stretch_peers(false, false)},
+      {"Resample mono linear", stretch(1, 1), stretch_peers(false, true)},
+      {"Resample RGB nearest", stretch(3, 0), stretch_peers(true, false)},
+      {"Resample RGB linear", stretch(3, 1), stretch_peers(true, true)},
+      {"Flip mono", mirror(0), mirror_peers(false)},
+      {"Flip RGB", mirror(4), mirror_peers(true)},
   };
 }
 
