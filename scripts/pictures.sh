@@ -3,7 +3,8 @@
 #
 # Makes chart frames of 768x512 as cameras send them (OUTDIR/frames), in every format that the tool converts and
 # for mosaics in all four orders. Converts each by every method and to every target that `qvn formats` lists; a
-# mosaic's other three orders by its first method alone. OUTDIR/sheet.png shows the methods side by side.
+# mosaic's other three orders by its first method alone. 12 bits in 16 are spread, to be seen.
+# OUTDIR/sheet.png shows the methods side by side.
 set -euo pipefail
 tool=${1:?usage: scripts/pictures.sh TOOL OUTDIR}
 out=${2:?usage: scripts/pictures.sh TOOL OUTDIR}
@@ -17,7 +18,8 @@ convert() { "$tool" convert "$out/frames/$1.raw" "$out/$2.png" --size $size --fr
 conversions=$("$tool" formats | awk '
   /^Targets/ { exit }
   /^  [a-z]/ { format = $1; kind = /Bayer/ ? "mosaic" : "plain" }
-  /--method/ { print format, kind, $2, $4 }')
+  $1 == "--method" { method = $2; print format, kind, method, $4 }
+  $1 == "--to" { for (i = 2; i <= NF; i++) { sub(/,$/, "", $i); print format, kind, method, $i } }')
 
 made=
 while read -r format kind method target; do
@@ -37,7 +39,9 @@ while read -r format kind method target; do
       done
     fi
   fi
-  convert "$frame" "${frame}_${method}_$target" "${order[@]}" --method "$method" --to "$target"
+  spread=()
+  [[ $format/$target == raw12packed/bgr16 ]] && spread=(--stretch)
+  convert "$frame" "${frame}_${method}_$target" "${order[@]}" "${spread[@]}" --method "$method" --to "$target"
 done <<<"$conversions"
 
 "$tool" sheet "$out/frames/raw8_rggb.raw" "$out/sheet.png" --size $size --from raw8 --pattern rggb

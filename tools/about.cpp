@@ -41,13 +41,38 @@ std::string level_of(const std::string& path) {
   return path.substr(start, path.find('/', start) - start);
 }
 
+/// A row for each function and size rule; the targets beyond its first stand below that.
+std::string list_conversions(const std::vector<const Conversion*>& conversions) {
+  std::string text;
+  const Conversion* row = nullptr;
+  bool first = true;
+  for (const Conversion* const conversion : conversions) {
+    const std::string target(conversion->target);
+    if (row != nullptr && row->method == conversion->method && row->entry == conversion->entry &&
+        size_rule(*row) == size_rule(*conversion)) {
+      text += first ? "\n                              --to " : ", ";
+      text += target;
+      first = false;
+      continue;
+    }
+    text += row == nullptr ? "" : "\n";
+    text += "    --method " + padded(conversion->method, 17) + "--to " + padded(target, 9) +
+            padded(conversion->entry, 33) + "size: " + size_rule(*conversion);
+    row = conversion;
+    first = true;
+  }
+  return row == nullptr ? "" : text + "\n";
+}
+
 }  // namespace
 
 std::string list_formats() {
   std::string text = "Source formats (--from, --format)\n";
   for (const SourceFormat& format : source_formats()) {
-    text += "  " + padded(format.name, 10) + std::string(format.about);
-    if (format.group > 1) {
+    text += "  " + padded(format.name, 18) + std::string(format.about);
+    if (format.repack != nullptr) {
+      text += "; read as " + std::string(format.read_as);
+    } else if (format.group > 1) {
       text += "; in groups of " + std::to_string(format.group) + " pixels";
     }
     if (format.has_form) {
@@ -56,16 +81,12 @@ std::string list_formats() {
     if (format.netpbm_channels != 0) {
       text += format.netpbm_channels == 1 ? "; also in a PGM" : "; also in a PPM";
     }
-    text += "\n";
     const auto conversions = conversions_of(format);
-    for (const Conversion* const conversion : conversions) {
-      text += "            --method " + padded(conversion->method, 8) + "--to " +
-              padded(conversion->target, 10) + padded(conversion->entry, 24) +
-              "size: " + size_rule(*conversion) + "\n";
+    if (conversions.empty() && format.repack == nullptr) {
+      text += "; written by qvn chart";
     }
-    if (conversions.empty()) {
-      text += "            written by qvn chart\n";
-    }
+    text += "\n";
+    text += list_conversions(conversions);
   }
   text += "\nTargets (--to)\n";
   for (const Target& target : targets()) {
@@ -81,8 +102,9 @@ std::string list_formats() {
       "  PGM, PPM  binary, 8 and 16 bits, with their own size; raw8, raw16be, rgb8 or rgb16be unless --from\n"
       "            says otherwise; a PPM also as a chart's --scene\n"
       "\nFiles written\n"
-      "  PNG, PPM, PGM  8 and 16 bits, by the suffix or --out-format\n"
-      "  headerless frames by qvn chart\n";
+      "  PNG, PPM, PGM  8 and 16 bits, by the suffix or --out-format; PNG with opacity for bgra\n"
+      "  headerless     raw and bin: by qvn convert what the library wrote, blue first, words of 16 bits in\n"
+      "                 this machine's order, planes one behind the other; by qvn chart the frame\n";
   return text;
 }
 

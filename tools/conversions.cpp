@@ -6,9 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
+#include <optional>
 #include <utility>
 
 #include "failure.h"
+#include "options.h"
 
 namespace qvn::tool {
 namespace {
@@ -44,17 +47,12 @@ void check_size(const Frame& frame, const Conversion& conversion) {
   }
 }
 
-std::string status_text(std::uint32_t status) {
-  std::array<char, 256> text{};
-  QVN_GetErrorInfo(status, text.data(), static_cast<std::uint32_t>(text.size() - 1));
-  return text.data();
-}
-
 /// The library writes blue first and words in the host's order; pictures hold red first and big-endian words.
 void to_file_order(Picture& picture) {
   const std::size_t step = picture.depth / 8;
-  if (picture.channels == 3) {
-    for (std::size_t i = 0; i + 3 * step <= picture.bytes.size(); i += 3 * step) {
+  const std::size_t pixel = picture.channels * step;
+  if (picture.channels >= 3) {
+    for (std::size_t i = 0; i + pixel <= picture.bytes.size(); i += pixel) {
       std::swap_ranges(picture.bytes.data() + i, picture.bytes.data() + i + step,
                        picture.bytes.data() + i + 2 * step);
     }
@@ -66,18 +64,82 @@ void to_file_order(Picture& picture) {
   }
 }
 
+/// U, Y, V, Y of two pixels as the library's targets write them, luma from 16 to 235 and chroma around 128
+/// from 16 to 240, to R, G, B by BT.601.
+std::vector<std::uint8_t> rgb_of_studio(const std::uint8_t* groups, std::size_t pixels) {
+  std::vector<std::uint8_t> rgb;
+  rgb.reserve(pixels * 3);
+  for (std::size_t i = 0; i < pixels; ++i) {
+    const std::uint8_t* const group = groups + i / 2 * 4;
+    const double y = 1.164383 * (group[1 + i % 2 * 2] - 16);
+    const double u = group[0] - 128;
+    const double v = group[2] - 128;
+    for (const double value : {y + 1.596027 * v, y - 0.391762 * u - 0.812968 * v, y + 2.017232 * u}) {
+      rgb.push_back(static_cast<std::uint8_t>(std::clamp(std::floor(value + 0.5), 0.0, 255.0)));
+    }
+  }
+  return rgb;
+}
+
+void refuse(const Conversion& conversion, const std::string& option) {
+  throw Failure(option + " has no part in " + std::string(conversion.entry) + ", which converts " +
+                std::string(conversion.format) + " by method " + std::string(conversion.method) + " to " +
+                std::string(conversion.target));
+}
+
+void check_options(const Frame& frame, const Conversion& conversion, const PictureOptions& options) {
+  if (frame.form_told && !conversion.reads_form) {
+    refuse(conversion, "--bits or --align");
+  }
+  const std::uint32_t bits = frame.form.bits;
+  if (conversion.method == kTransformEx && frame.form.low && (bits < 10 || bits == 11)) {
+    throw Failure("--bits: expected 10, 12, 13, 14, 15 or 16 for " + std::string(conversion.entry) +
+                  ", found " + std::to_string(bits));
+  }
+  if (!options.shift.empty() && !conversion.takes_shift) {
+    refuse(conversion, "--shift");
+  }
+  if (options.correction.any() && conversion.corrected.run == nullptr) {
+    const CorrectionOptions& told = options.correction;
+    refuse(conversion, !told.matrix.empty()         ? "--matrix"
+                       : !told.matrix_fixed.empty() ? "--matrix-fixed"
+                       : !told.gamma.empty()        ? "--gamma"
+                                                    : "--table");
+  }
+  const Target& target = find_target(conversion.target);
+  if (!options.matrix_clamped.empty() && (target.channels < 3 || target.name == "uyvy")) {
+    refuse(conversion, "--matrix-clamped");
+  }
+  if (options.stretch && target.depth != 16) {
+    refuse(conversion, "--stretch");
+  }
+}
+
 }  // namespace
+
+std::string status_text(std::uint32_t status) {
+  std::array<char, 256> text{};
+  QVN_GetErrorInfo(status, text.data(), static_cast<std::uint32_t>(text.size() - 1));
+  return text.data();
+}
 
 std::string size_rule(const Conversion& conversion) {
   const SizeRule& rule = conversion.size;
   std::vector<std::string> parts;
-  if (rule.width_step > 1) {
-    parts.push_back(step_rule(rule.width_step) + " width");
+  const auto named = [](const std::string& side, std::uint32_t step) {
+    return step == 2 ? "even " + side : side + " " + step_rule(step);
+  };
+  if (rule.width_step == rule.height_step && rule.width_step > 1) {
+    parts.push_back(named("width and height", rule.width_step));
+  } else {
+    if (rule.width_step > 1) {
+      parts.push_back(named("width", rule.width_step));
+    }
+    if (rule.height_step > 1) {
+      parts.push_back(named("height", rule.height_step));
+    }
   }
-  if (rule.height_step > 1) {
-    parts.push_back(step_rule(rule.height_step) + " height");
-  }
-  if (rule.least != Size{1, 1}) {
+  if (rule.least.width > rule.width_step || rule.least.height > rule.height_step) {
     parts.push_back("at least " + to_text(rule.least));
   }
   if (rule.least_pixels > 1) {
@@ -99,11 +161,22 @@ bool takes_size(const Conversion& conversion, Size size) {
 
 const std::vector<Target>& targets() {
   static const std::vector<Target> table{
-      {"bgr", "colour picture, 8 bits a channel", 3, 8, ""},
-      {"grey-bgr", "luma in all three channels, 8 bits each", 3, 8, ""},
-      {"y8", "grey picture, 8 bits", 1, 8, ""},
-      {"planes", "red, green and blue as grey pictures: OUT with _r, _g, _b before its suffix", 1, 8, "rgb"},
-      {"planes-y", "the same and luma: _r, _g, _b, _y", 1, 8, "rgby"},
+      {"bgr", "colour picture, 8 bits a channel", 1, 3, 3, 8},
+      {"bgra", "the same with a fourth byte, which the library leaves alone and the tool makes opaque", 2, 4,
+       4, 8},
+      {"grey-bgr", "luma in all three channels, 8 bits each", 1, 3, 3, 8},
+      {"y8", "grey picture, 8 bits, weights 77, 150, 29", 0, 1, 1, 8},
+      {"y8-709", "grey picture, 8 bits, weights 54, 184, 18", 3, 1, 1, 8},
+      {"uyvy",
+       "YUV 4:2:2 of studio range: its bytes with --out-format raw, else a picture of them; of y8 a "
+       "green one, since its chroma is 0",
+       4, 2, 3, 8},
+      {"bgr16", "colour picture, 16 bits a channel", 7, 6, 3, 16},
+      {"y16", "grey picture, 16 bits, weights 77, 150, 29, or 77, 150, 21 by method 2x2", 5, 2, 1, 16},
+      {"y16-709", "grey picture, 16 bits, weights 54, 184, 18", 6, 2, 1, 16},
+      {"planes", "red, green and blue as grey pictures: OUT with _r, _g, _b before its suffix", 0, 1, 1, 8,
+       "rgb"},
+      {"planes-y", "the same and luma: _r, _g, _b, _y", 0, 1, 1, 8, "rgby"},
   };
   return table;
 }
@@ -154,25 +227,72 @@ const Conversion& find_conversion(const SourceFormat& format, const std::string&
                 (method.empty() ? "" : " by method " + method) + ": expected " + one_of(reached));
 }
 
-std::vector<Picture> convert(const Frame& frame, const Conversion& conversion) {
+Converted run_conversion(const Frame& frame, const Conversion& conversion, const PictureOptions& options) {
   check_size(frame, conversion);
+  check_options(frame, conversion, options);
   const Target& target = find_target(conversion.target);
-  const Picture empty{frame.size, target.channels, target.depth, {}};
-  const std::size_t length = empty.line_bytes() * frame.size.height;
-  std::vector<Picture> pictures(std::max<std::size_t>(target.planes.size(), 1), empty);
+  const auto shift =
+      static_cast<std::uint32_t>(options.shift.empty() ? 0 : parse_whole("--shift", options.shift, 0, 16));
+
+  std::optional<Correction> correction;
+  Call call{target.selector, shift, nullptr};
+  if (options.correction.any()) {
+    CorrectionLimits limits = conversion.corrected.limits;
+    limits.index_bits -= std::min(shift, limits.index_bits - 1);
+    correction.emplace(options.correction, limits);
+    call.correction = correction->object();
+  }
 
   // Methods that work inside the source get a copy like all others: the frame is converted again for a sheet.
-  std::vector<std::uint8_t> source(frame.bytes);
-  std::vector<std::uint8_t> result(length * pictures.size());
-  const std::uint32_t status = conversion.run(result.data(), source.data(), frame);
-  if (status != QVN_OK) {
-    throw Failure(std::string(conversion.entry) + " refused the frame: " + status_text(status));
+  Frame source = frame;
+  balance(source, options.black, options.white_balance);
+  const std::size_t planes = std::max<std::size_t>(target.planes.size(), 1);
+  Converted converted{std::vector<std::uint8_t>(frame.size.pixels() * target.pixel_bytes * planes),
+                      std::max(conversion.bits, shift + 1) - shift, correction ? correction->about() : ""};
+  if (target.channels == 4) {
+    for (std::size_t i = 3; i < converted.bytes.size(); i += 4) {
+      converted.bytes[i] = 255;
+    }
   }
-  const std::uint8_t* start = result.data();
-  for (Picture& picture : pictures) {
-    picture.bytes.assign(start, start + length);
-    to_file_order(picture);
-    start += length;
+  const Run run = correction ? conversion.corrected.run : conversion.run;
+  const std::uint32_t status = run(converted.bytes.data(), source.bytes.data(), source, call);
+  if (status != QVN_OK) {
+    throw Failure(std::string(correction ? conversion.corrected.entry : conversion.entry) +
+                  " refused the frame: " + status_text(status));
+  }
+  if (correction && conversion.takes_shift && (target.channels == 3 || shift != 0)) {
+    converted.note += converted.note.empty() ? "" : "; ";
+    converted.note +=
+        target.channels == 3
+            ? "this function corrects one colour of every second pixel twice"
+            : "with a shift, this function leaves two colours of every second pixel as they are";
+  }
+  return converted;
+}
+
+std::vector<Picture> make_pictures(const Converted& converted, Size size, const Conversion& conversion,
+                                   const PictureOptions& options) {
+  const Target& target = find_target(conversion.target);
+  const std::size_t planes = std::max<std::size_t>(target.planes.size(), 1);
+  const std::size_t length = converted.bytes.size() / planes;
+  std::vector<Picture> pictures;
+  const std::uint8_t* start = converted.bytes.data();
+  for (std::size_t i = 0; i < planes; ++i, start += length) {
+    Picture picture{size, target.channels, target.depth, {}};
+    if (target.name == "uyvy") {
+      picture.bytes = rgb_of_studio(start, size.pixels());
+    } else {
+      picture.bytes.assign(start, start + length);
+      to_file_order(picture);
+    }
+    const std::uint32_t top = target.depth == 8 ? 255 : (1U << converted.bits) - 1;
+    if (!options.matrix_clamped.empty()) {
+      apply_clamped(picture, parse_matrix("--matrix-clamped", options.matrix_clamped), top);
+    }
+    if (options.stretch) {
+      stretch(picture, top);
+    }
+    pictures.push_back(std::move(picture));
   }
   return pictures;
 }

@@ -30,17 +30,86 @@ void append(Bytes& bytes, float value, std::uint32_t depth) {
   bytes.push_back(low_byte(word));
 }
 
-template <std::uint32_t Depth>
-Bytes sample_mosaic(const SceneImage& scene, const Pattern& pattern, SampleForm /*unused*/) {
-  Bytes bytes;
-  bytes.reserve(scene.size.pixels() * Depth / 8);
+/// Calls put with what each sensor site sees, line by line.
+template <class Put>
+void visit_mosaic(const SceneImage& scene, const Pattern& pattern, Put put) {
   const float* pixel = scene.rgb.data();
   for (std::uint32_t y = 0; y < scene.size.height; ++y) {
     for (std::uint32_t x = 0; x < scene.size.width; ++x, pixel += 3) {
       const char colour = pattern.colour_at(x, y);
-      append(bytes, pixel[colour == 'r' ? 0 : colour == 'g' ? 1 : 2], Depth);
+      put(pixel[colour == 'r' ? 0 : colour == 'g' ? 1 : 2]);
     }
   }
+}
+
+Bytes sample_raw8(const SceneImage& scene, const Pattern& pattern, SampleForm /*unused*/) {
+  Bytes bytes;
+  bytes.reserve(scene.size.pixels());
+  visit_mosaic(scene, pattern, [&](float value) { append(bytes, value, 8); });
+  return bytes;
+}
+
+/// A level of `form.bits` bits in a word.
+template <bool BigEndian>
+void append_word(Bytes& bytes, std::uint32_t level, SampleForm form) {
+  const std::uint32_t word = form.low ? level : level << (16 - form.bits);
+  bytes.push_back(low_byte(BigEndian ? word >> 8 : word));
+  bytes.push_back(low_byte(BigEndian ? word : word >> 8));
+}
+
+float top_level(SampleForm form) { return static_cast<float>((1U << form.bits) - 1); }
+
+template <bool BigEndian>
+Bytes sample_raw16(const SceneImage& scene, const Pattern& pattern, SampleForm form) {
+  Bytes bytes;
+  bytes.reserve(scene.size.pixels() * 2);
+  visit_mosaic(scene, pattern,
+               [&](float value) { append_word<BigEndian>(bytes, quantise(value, top_level(form)), form); });
+  return bytes;
+}
+
+// Two samples of 12 bits in three bytes: the three ways in which cameras send them.
+
+void pack_12(Bytes& bytes, std::uint32_t even, std::uint32_t odd) {
+  bytes.insert(bytes.end(), {low_byte(even >> 4), low_byte((even & 15) | odd << 4), low_byte(odd >> 4)});
+}
+
+void pack_12p(Bytes& bytes, std::uint32_t even, std::uint32_t odd) {
+  bytes.insert(bytes.end(), {low_byte(even), low_byte(even >> 8 | odd << 4), low_byte(odd >> 4)});
+}
+
+void pack_12csi2(Bytes& bytes, std::uint32_t even, std::uint32_t odd) {
+  bytes.insert(bytes.end(), {low_byte(even >> 4), low_byte(odd >> 4), low_byte((even & 15) | odd << 4)});
+}
+
+void repack_12p(Bytes& bytes) {
+  for (std::size_t i = 0; i + 3 <= bytes.size(); i += 3) {
+    const std::uint32_t even = bytes[i] | (bytes[i + 1] & 15U) << 8;
+    bytes[i + 1] = low_byte((even & 15) | (bytes[i + 1] & 0xF0U));
+    bytes[i] = low_byte(even >> 4);
+  }
+}
+
+void repack_12csi2(Bytes& bytes) {
+  for (std::size_t i = 0; i + 3 <= bytes.size(); i += 3) {
+    std::swap(bytes[i + 1], bytes[i + 2]);
+  }
+}
+
+template <void (*Pack)(Bytes&, std::uint32_t, std::uint32_t)>
+Bytes sample_raw12(const SceneImage& scene, const Pattern& pattern, SampleForm /*unused*/) {
+  Bytes bytes;
+  bytes.reserve(scene.size.pixels() * 3 / 2);
+  std::uint32_t even = 0;
+  bool odd = false;
+  visit_mosaic(scene, pattern, [&](float value) {
+    const std::uint32_t level = quantise(value, 4095.0F);
+    if (odd) {
+      Pack(bytes, even, level);
+    }
+    even = level;
+    odd = !odd;
+  });
   return bytes;
 }
 
@@ -50,6 +119,63 @@ Bytes sample_rgb(const SceneImage& scene, const Pattern& /*unused*/, SampleForm 
   bytes.reserve(scene.rgb.size() * Depth / 8);
   for (const float value : scene.rgb) {
     append(bytes, value, Depth);
+  }
+  return bytes;
+}
+
+Bytes sample_rgba8(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
+  Bytes bytes;
+  bytes.reserve(scene.size.pixels() * 4);
+  for (std::size_t i = 0; i < scene.rgb.size(); i += 3) {
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+      append(bytes, scene.rgb[i + channel], 8);
+    }
+    bytes.push_back(255);
+  }
+  return bytes;
+}
+
+/// What complementary filters let through: cyan green and blue, yellow red and green, magenta red and blue.
+/// Each is the mean of its two, so that the sites agree on grey.
+struct Complementary {
+  explicit Complementary(const float* rgb) : red(rgb[0]), green(rgb[1]), blue(rgb[2]) {}
+  float cyan() const { return (green + blue) / 2; }
+  float yellow() const { return (red + green) / 2; }
+  float magenta() const { return (red + blue) / 2; }
+  float red, green, blue;
+};
+
+/// The site at a line and column in display order.
+float cygm_site(const Complementary& light, std::uint32_t line, std::uint32_t column) {
+  if (line % 2 == 0) {
+    return column % 2 == 0 ? light.cyan() : light.yellow();
+  }
+  return (line % 4 == 1) == (column % 2 == 0) ? light.green : light.magenta();
+}
+
+/// A binned line holds means of two sites: magenta and cyan beside green and yellow, on lines that tell of
+/// blue, and cyan and green beside magenta and yellow, on those that tell of red.
+float cygm_binned_site(const Complementary& light, std::uint32_t line, std::uint32_t column) {
+  const bool tells_blue = line % 4 == 0 || line % 4 == 3;
+  const bool even = column % 2 == 0;
+  if (tells_blue) {
+    return (even ? light.magenta() + light.cyan() : light.green + light.yellow()) / 2;
+  }
+  return (even ? light.cyan() + light.green : light.magenta() + light.yellow()) / 2;
+}
+
+/// The field of the odd lines is stored first.
+template <float (*Site)(const Complementary&, std::uint32_t, std::uint32_t)>
+Bytes sample_cygm(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
+  Bytes bytes;
+  bytes.reserve(scene.size.pixels());
+  for (const std::uint32_t first : {1U, 0U}) {
+    for (std::uint32_t y = first; y < scene.size.height; y += 2) {
+      const float* pixel = scene.rgb.data() + std::size_t{y} * scene.size.width * 3;
+      for (std::uint32_t x = 0; x < scene.size.width; ++x, pixel += 3) {
+        append(bytes, Site(Complementary(pixel), y, x), 8);
+      }
+    }
   }
   return bytes;
 }
@@ -119,14 +245,23 @@ Bytes sample_y8(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /
 
 template <bool BigEndian>
 Bytes sample_y16(const SceneImage& scene, const Pattern& /*unused*/, SampleForm form) {
-  const double top = static_cast<double>((1U << form.bits) - 1);
   Bytes bytes;
   bytes.reserve(scene.size.pixels() * 2);
   for (std::size_t i = 0; i < scene.rgb.size(); i += 3) {
-    const std::uint32_t level = luma_level(yuv_of(scene.rgb.data() + i).y, top);
-    const std::uint32_t word = form.low ? level : level << (16 - form.bits);
-    bytes.push_back(low_byte(BigEndian ? word >> 8 : word));
-    bytes.push_back(low_byte(BigEndian ? word : word >> 8));
+    const std::uint32_t level = luma_level(yuv_of(scene.rgb.data() + i).y, top_level(form));
+    append_word<BigEndian>(bytes, level, form);
+  }
+  return bytes;
+}
+
+Bytes sample_y12p(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
+  Bytes bytes;
+  bytes.reserve(scene.size.pixels() * 3 / 2);
+  const auto level = [&](std::size_t pixel) {
+    return luma_level(yuv_of(scene.rgb.data() + 3 * pixel).y, 4095.0);
+  };
+  for (std::size_t i = 0; i + 2 <= scene.size.pixels(); i += 2) {
+    pack_12(bytes, level(i), level(i + 1));
   }
   return bytes;
 }
@@ -135,19 +270,34 @@ Bytes sample_y16(const SceneImage& scene, const Pattern& /*unused*/, SampleForm 
 
 const std::vector<SourceFormat>& source_formats() {
   static const std::vector<SourceFormat> formats{
-      {"raw8", "Bayer mosaic, 1 byte a sample", true, false, 1, 8, 1, 1, sample_mosaic<8>},
-      {"raw16be", "Bayer mosaic, 2 bytes a sample, first byte most significant", true, false, 1, 16, 1, 2,
-       sample_mosaic<16>},
-      {"yuv444", "U, Y, V, 1 byte each", false, false, 0, 0, 1, 3, sample_yuv444},
-      {"uyvy", "YUV 4:2:2: U, Y, V, Y for 2 pixels", false, false, 0, 0, 2, 4, sample_uyvy},
-      {"uyyvyy411", "YUV 4:1:1: U, Y, Y, V, Y, Y for 4 pixels", false, false, 0, 0, 4, 6, sample_uyyvyy411},
-      {"y8", "grey, 1 byte a sample", false, false, 1, 8, 1, 1, sample_y8},
-      {"y16be", "grey, 2 bytes a sample, first byte most significant", false, true, 1, 16, 1, 2,
+      {"raw8", "Bayer mosaic, 1 byte a sample", true, false, false, 1, 8, 1, 1, sample_raw8},
+      {"raw12packed", "Bayer mosaic, 12 bits: even 11..4, odd 3..0 and even 3..0, odd 11..4", true, false,
+       false, 0, 0, 2, 3, sample_raw12<pack_12>},
+      {"raw12p", "Bayer mosaic, 12 bits: even 7..0, odd 3..0 and even 11..8, odd 11..4", true, false, false,
+       0, 0, 2, 3, sample_raw12<pack_12p>, "raw12packed", repack_12p},
+      {"raw12csi2", "Bayer mosaic, 12 bits: even 11..4, odd 11..4, odd 3..0 and even 3..0", true, false,
+       false, 0, 0, 2, 3, sample_raw12<pack_12csi2>, "raw12packed", repack_12csi2},
+      {"raw16be", "Bayer mosaic, 2 bytes a sample, first byte most significant", true, false, true, 1, 16, 1,
+       2, sample_raw16<true>},
+      {"raw16le", "Bayer mosaic, 2 bytes a sample, first byte least significant", true, false, true, 0, 0, 1,
+       2, sample_raw16<false>},
+      {"iraw8-cygm", "cyan, yellow, green and magenta mosaic in two fields, that of the odd lines first",
+       false, true, false, 0, 0, 1, 1, sample_cygm<cygm_site>},
+      {"iraw8-cygm-binned", "the same sensor with lines added in pairs", false, true, false, 0, 0, 1, 1,
+       sample_cygm<cygm_binned_site>},
+      {"yuv444", "U, Y, V, 1 byte each", false, false, false, 0, 0, 1, 3, sample_yuv444},
+      {"uyvy", "YUV 4:2:2: U, Y, V, Y for 2 pixels", false, false, false, 0, 0, 2, 4, sample_uyvy},
+      {"uyyvyy411", "YUV 4:1:1: U, Y, Y, V, Y, Y for 4 pixels", false, false, false, 0, 0, 4, 6,
+       sample_uyyvyy411},
+      {"y8", "grey, 1 byte a sample", false, false, false, 1, 8, 1, 1, sample_y8},
+      {"y12p", "grey, 2 samples in 3 bytes as in raw12packed", false, false, false, 0, 0, 2, 3, sample_y12p},
+      {"y16be", "grey, 2 bytes a sample, first byte most significant", false, false, true, 1, 16, 1, 2,
        sample_y16<true>},
-      {"y16le", "grey, 2 bytes a sample, first byte least significant", false, true, 0, 0, 1, 2,
+      {"y16le", "grey, 2 bytes a sample, first byte least significant", false, false, true, 0, 0, 1, 2,
        sample_y16<false>},
-      {"rgb8", "R, G, B, 1 byte each", false, false, 3, 8, 1, 3, sample_rgb<8>},
-      {"rgb16be", "R, G, B, 2 bytes each, first byte most significant", false, false, 3, 16, 1, 6,
+      {"rgb8", "R, G, B, 1 byte each", false, false, false, 3, 8, 1, 3, sample_rgb<8>},
+      {"rgba8", "R, G, B and an opacity, 1 byte each", false, false, false, 0, 0, 1, 4, sample_rgba8},
+      {"rgb16be", "R, G, B, 2 bytes each, first byte most significant", false, false, false, 3, 16, 1, 6,
        sample_rgb<16>},
   };
   return formats;
@@ -183,10 +333,17 @@ std::size_t frame_bytes(const SourceFormat& format, Size size) {
   return size.pixels() / format.group * format.group_bytes;
 }
 
+std::uint32_t sample_bits(const SourceFormat& format, SampleForm form) {
+  if (format.has_form) {
+    return form.bits;
+  }
+  return format.group == 2 && format.group_bytes == 3 ? 12 : 8;
+}
+
 SampleForm parse_form(const SourceFormat& format, const std::string& bits, const std::string& align) {
   if (!format.has_form && !(bits.empty() && align.empty())) {
     throw Failure(std::string(bits.empty() ? "--align" : "--bits") +
-                  " is for 16-bit grey samples: expected format y16be or y16le, found " +
+                  " is for 16-bit samples: expected format raw16be, raw16le, y16be or y16le, found " +
                   std::string(format.name));
   }
   SampleForm form;

@@ -55,13 +55,14 @@ struct Frame {
   Size size;
   const Pattern* pattern = nullptr;  // means nothing to formats that are no mosaics
   SampleForm form;                   // means nothing to formats that have none
+  bool form_told = false;            // the command line says how samples lie
   std::vector<std::uint8_t> bytes;
 };
 
 /// A finished picture, stored as PNG and netpbm files store it: RGB order, 16-bit samples big-endian.
 struct Picture {
   Size size;
-  std::uint32_t channels = 3;  // 1 or 3
+  std::uint32_t channels = 3;  // 1, 3, or 4 with opacity as the last one
   std::uint32_t depth = 8;     // 8 or 16
   std::vector<std::uint8_t> bytes;
 

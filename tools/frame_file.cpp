@@ -100,7 +100,7 @@ std::string file_format_of(const std::string& path, const std::string& file_form
 }
 
 void check_channels(const std::string& file_format, std::uint32_t channels) {
-  if ((file_format == "pgm" && channels != 1) || (file_format == "ppm" && channels != 3)) {
+  if ((file_format == "pgm" && channels != 1) || (file_format == "ppm" && channels == 1)) {
     throw Failure("a " + std::string(file_format == "pgm" ? "PGM" : "PPM") +
                   " file cannot hold the picture: expected " +
                   (file_format == "pgm" ? "1 channel" : "3 channels") + ", found " +
@@ -108,11 +108,23 @@ void check_channels(const std::string& file_format, std::uint32_t channels) {
   }
 }
 
+Picture without_opacity(const Picture& picture) {
+  Picture rgb{picture.size, 3, picture.depth, {}};
+  const std::size_t step = picture.depth / 8;
+  for (std::size_t i = 0; i < picture.bytes.size(); i += 4 * step) {
+    rgb.bytes.insert(rgb.bytes.end(), picture.bytes.data() + i, picture.bytes.data() + i + 3 * step);
+  }
+  return rgb;
+}
+
 std::vector<std::uint8_t> encode(const std::string& path, const std::string& file_format,
                                  const Picture& picture) {
   const std::string chosen = file_format_of(path, file_format, false);
   check_channels(chosen, picture.channels);
-  return chosen == "png" ? encode_png(picture) : encode_netpbm(picture);
+  if (chosen == "png") {
+    return encode_png(picture);
+  }
+  return encode_netpbm(picture.channels == 4 ? without_opacity(picture) : picture);
 }
 
 /// dir/frame.png and r: dir/frame_r.png.
@@ -141,6 +153,11 @@ Frame read_frame(const FrameOptions& options) {
   }
   frame.pattern = &pattern;
   frame.form = parse_form(*frame.format, options.bits, options.align);
+  frame.form_told = !options.bits.empty() || !options.align.empty();
+  if (frame.format->repack != nullptr) {
+    frame.format->repack(frame.bytes);
+    frame.format = &find_format(std::string(frame.format->read_as));
+  }
   return frame;
 }
 
@@ -157,6 +174,14 @@ SceneImage read_scene(const std::string& path) {
                             : static_cast<float>(picture.bytes[i] * 256 + picture.bytes[i + 1]) / 65535.0F);
   }
   return scene;
+}
+
+bool wants_raw_bytes(const std::string& path, const std::string& file_format) {
+  if (!file_format.empty()) {
+    return file_format_of(path, file_format, true) == "raw";
+  }
+  const std::string suffix = suffix_of(path);
+  return suffix == "raw" || suffix == "bin";
 }
 
 void check_picture_name(const std::string& path, const std::string& file_format, std::uint32_t channels,

@@ -21,6 +21,9 @@ Frame read_frame(const FrameOptions& options);
 /// Reads a PPM as a scene for a chart.
 SceneImage read_scene(const std::string& path);
 
+/// Whether the name (.raw, .bin) or `file_format` asks for bytes without a header, as the library writes
+/// them. Throws Failure for an unknown format.
+bool wants_raw_bytes(const std::string& path, const std::string& file_format);
 /// `file_format` is png, ppm, pgm, or empty: then the suffix of `path` decides.
 void write_picture(const std::string& path, const std::string& file_format, const Picture& picture);
 /// Several pictures, all of them or none: each has its letter before the suffix, as in frame_r.png.

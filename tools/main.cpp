@@ -15,7 +15,8 @@
 #include "failure.h"
 #include "files.h"
 #include "formats.h"
-#include "frame_file.h"
+#include "options.h"
+#include "rearrange_commands.h"
 #include "scene.h"
 #include "sheet.h"
 
@@ -23,11 +24,6 @@ namespace qvn::tool {
 namespace {
 
 constexpr int kFailed = 2;
-
-struct OutputOptions {
-  std::string path;
-  std::string file_format;
-};
 
 struct ChartOptions {
   std::string format = "raw8";
@@ -43,6 +39,7 @@ struct ChartOptions {
 struct ConvertOptions {
   std::string method;
   std::string target;
+  PictureOptions picture;
 };
 
 /// By hand, since the parser takes -1 and numbers that are too large for whatever comes out.
@@ -54,26 +51,6 @@ std::uint64_t parse_seed(const std::string& text) {
     throw Failure("--seed: expected a whole number below 2^64, found " + quoted(text));
   }
   return seed;
-}
-
-void add_output(CLI::App& command, OutputOptions& output, const std::string& formats) {
-  command.add_option("OUT", output.path, "File to write; - is standard output")->required();
-  command.add_option("--out-format", output.file_format, formats + ", if OUT's suffix does not say so");
-}
-
-/// The options that say how a frame's samples lie, for reading one and for making one.
-void add_samples(CLI::App& command, std::string& pattern, std::string& bits, std::string& align) {
-  command.add_option("--pattern", pattern, "Bayer order: rggb, grbg, gbrg or bggr")->capture_default_str();
-  command.add_option("--bits", bits, "Bits that count in a sample of y16be or y16le, 8 to 16 [16]");
-  command.add_option("--align", align, "Where they lie: lsb, from bit 0, or msb, up to bit 15 [lsb]");
-}
-
-void add_input(CLI::App& command, FrameOptions& input) {
-  command.add_option("IN", input.path, "Headerless frame, PGM or PPM to read; - is standard input")
-      ->required();
-  command.add_option("--from", input.format, "Source format, see qvn formats; a PGM or PPM may go without");
-  command.add_option("--size", input.size, "WIDTHxHEIGHT; a PGM or PPM brings its own");
-  add_samples(command, input.pattern, input.bits, input.align);
 }
 
 void add_chart(CLI::App& app, ChartOptions& chart, OutputOptions& output) {
@@ -107,26 +84,80 @@ void add_chart(CLI::App& app, ChartOptions& chart, OutputOptions& output) {
       add_noise(scene, seed, chart.noise);
     }
     write_frame(output.path, output.file_format,
-                {&format, scene.size, &pattern, form, format.sample(scene, pattern, form)});
+                {&format, scene.size, &pattern, form, false, format.sample(scene, pattern, form)});
   });
+}
+
+/// An option that must not be empty: further on an empty text stands for one that is not given.
+void add_text(CLI::App& app, const std::string& name, std::string& text, const std::string& description) {
+  app.add_option(name, text, description)->check([](const std::string& told) -> std::string {
+    return told.empty() ? "expected a value, found none" : "";
+  });
+}
+
+void add_corrections(CLI::App& command, PictureOptions& picture) {
+  add_text(command, "--shift", picture.shift, "Low bits that raw16be to bgr16 or y16 drops, 0 to 16 [0]");
+  CLI::Option_group& library = *command.add_option_group(
+      "Correction by the library",
+      "Method 2x2 of raw8, raw12packed and raw16be; what it does is kept as it is. raw16be to bgr16 corrects "
+      "one colour of every second pixel twice, to y16 with a shift it leaves two of them as they are");
+  add_text(library, "--matrix", picture.correction.matrix,
+           "a,b,...,i in floating point: rows make red, green and blue of red, green and blue. No clamp: "
+           "what is brighter than white or darker than black wraps");
+  add_text(library, "--matrix-fixed", picture.correction.matrix_fixed,
+           "The same with 10 fraction bits. raw8: only levels 0 to 31 come out. raw12packed to bgr: wraps "
+           "at 256. The others stop at 0 and 65535");
+  add_text(library, "--gamma", picture.correction.gamma,
+           "Exponent of a power law over the sample's range; with --matrix, before it");
+  add_text(library, "--table", picture.correction.table,
+           "File of whole numbers with white space between, one for each level: 256, 4096 or 65536");
+  CLI::Option_group& tool =
+      *command.add_option_group("Correction by the tool",
+                                "Rounds, and stops at black and white. In this order: --black and --wb on "
+                                "the frame, the conversion with the library's correction, --matrix-clamped "
+                                "and --stretch on the picture");
+  add_text(tool, "--black", picture.black, "Level to subtract from every sample of a mosaic");
+  add_text(tool, "--wb", picture.white_balance,
+           "Gains r,g,b for a mosaic's samples, or auto: all three colours as bright as the brightest");
+  add_text(tool, "--matrix-clamped", picture.matrix_clamped,
+           "a,b,...,i, as --matrix, on the finished picture");
+  tool.add_flag(
+      "--stretch", picture.stretch,
+      "Spread 12 bits, or what --shift leaves, over the 16 of the picture; else it is as dark as it is");
 }
 
 void add_convert(CLI::App& app, FrameOptions& input, ConvertOptions& how, OutputOptions& output) {
   CLI::App& command = *app.add_subcommand("convert", "Convert a frame to a picture");
   add_input(command, input);
-  add_output(command, output, "png, ppm or pgm");
+  add_output(command, output, "png, ppm, pgm, or raw for the library's own bytes");
   command.add_option("--method", how.method, "Method, see qvn formats [the format's first]");
   command.add_option("--to", how.target, "Target, see qvn formats [the method's first]");
+  add_corrections(command, how.picture);
   command.callback([&] {
     const Frame frame = read_frame(input);
     const Conversion& conversion = find_conversion(*frame.format, how.method, how.target);
     const Target& target = find_target(conversion.target);
-    check_picture_name(output.path, output.file_format, target.channels, target.planes);
-    const std::vector<Picture> pictures = convert(frame, conversion);
-    if (target.planes.empty()) {
-      write_picture(output.path, output.file_format, pictures.front());
+    const bool raw = wants_raw_bytes(output.path, output.file_format);
+    if (!raw) {
+      check_picture_name(output.path, output.file_format, target.channels, target.planes);
+    }
+    const Converted converted = run_conversion(frame, conversion, how.picture);
+    if (raw) {
+      if (how.picture.stretch || !how.picture.matrix_clamped.empty()) {
+        throw Failure(
+            "expected a picture for --stretch or --matrix-clamped, found the library's own bytes as output");
+      }
+      write_output(output.path, converted.bytes);
     } else {
-      write_pictures(output.path, output.file_format, pictures, target.planes);
+      const std::vector<Picture> pictures = make_pictures(converted, frame.size, conversion, how.picture);
+      if (target.planes.empty()) {
+        write_picture(output.path, output.file_format, pictures.front());
+      } else {
+        write_pictures(output.path, output.file_format, pictures, target.planes);
+      }
+    }
+    if (!converted.note.empty()) {
+      std::cerr << "qvn: " << converted.note << '\n';
     }
   });
 }
@@ -185,6 +216,7 @@ int run(int argc, char** argv) {
   add_chart(app, chart, output);
   add_convert(app, input, how, output);
   add_sheet(app, input, sheet, output);
+  add_rearrange_commands(app);
   add_formats(app);
   try {
     app.parse(argc, argv);

@@ -40,13 +40,17 @@ void on_error(png_structp png, png_const_charp text) {
 
 void on_warning(png_structp /*png*/, png_const_charp /*text*/) {}
 
+int colour_type(std::uint32_t channels) {
+  return channels == 1 ? PNG_COLOR_TYPE_GRAY : channels == 3 ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_RGB_ALPHA;
+}
+
 bool write_all(png_structp png, png_infop info, const Picture& picture) {
   if (setjmp(png_jmpbuf(png)) != 0) {
     return false;
   }
   png_set_IHDR(png, info, picture.size.width, picture.size.height, static_cast<int>(picture.depth),
-               picture.channels == 1 ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
-               PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+               colour_type(picture.channels), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+               PNG_FILTER_TYPE_DEFAULT);
   png_write_info(png, info);
   for (std::uint32_t y = 0; y < picture.size.height; ++y) {
     png_write_row(png, picture.bytes.data() + y * picture.line_bytes());

@@ -178,13 +178,30 @@ std::string heading(const Conversion& conversion, std::size_t plane) {
   return text;
 }
 
+bool is_selector(const Conversion& conversion) { return conversion.method.starts_with("transform"); }
+
+/// Twelve bits in a word are shown as bright as they are meant.
+std::vector<Picture> pictures_of(const Frame& frame, const Conversion& conversion) {
+  PictureOptions options;
+  options.stretch = conversion.bits < find_target(conversion.target).depth;
+  return make_pictures(run_conversion(frame, conversion, options), frame.size, conversion, options);
+}
+
 }  // namespace
 
 Picture make_sheet(const Frame& frame, const SheetOptions& options) {
+  std::vector<const Conversion*> fitting;
+  for (const Conversion* const conversion : conversions_of(*frame.format)) {
+    if (takes_size(*conversion, frame.size) && (conversion->reads_form || !frame.form_told)) {
+      fitting.push_back(conversion);
+    }
+  }
+  // The functions that offer several targets repeat what others show, where there are others.
+  const bool has_others = !fitting.empty() && !is_selector(*fitting.front());
   std::vector<const Conversion*> shown;
   std::uint32_t count = 0;
-  for (const Conversion* const conversion : conversions_of(*frame.format)) {
-    if (takes_size(*conversion, frame.size)) {
+  for (const Conversion* const conversion : fitting) {
+    if (!(has_others && is_selector(*conversion))) {
       shown.push_back(conversion);
       count += std::max(static_cast<std::uint32_t>(find_target(conversion->target).planes.size()), 1U);
     }
@@ -193,7 +210,7 @@ Picture make_sheet(const Frame& frame, const SheetOptions& options) {
     throw Failure("no method takes " + std::string(frame.format->name) + " at " + to_text(frame.size) +
                   ": see qvn formats");
   }
-  const Crop crop = place_crop(convert(frame, *shown.front()).front(), options);
+  const Crop crop = place_crop(pictures_of(frame, *shown.front()).front(), options);
   const std::uint32_t columns = std::min(count, kMostColumns);
   const std::uint32_t lines = (count + columns - 1) / columns;
   const std::uint32_t whole_height = reduced(frame.size).height;
@@ -211,7 +228,7 @@ Picture make_sheet(const Frame& frame, const SheetOptions& options) {
 
   std::uint32_t cell = 0;
   for (const Conversion* const conversion : shown) {
-    const std::vector<Picture> pictures = convert(frame, *conversion);
+    const std::vector<Picture> pictures = pictures_of(frame, *conversion);
     for (std::size_t i = 0; i < pictures.size(); ++i, ++cell) {
       const std::uint32_t left = kGap + cell % columns * (kCellWidth + kGap);
       const std::uint32_t top = kTitleHeight + cell / columns * (cell_height + kGap);

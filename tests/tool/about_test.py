@@ -15,32 +15,40 @@ class About(ToolTest):
                     r"--method 2x2 +--to grey-bgr +QVN_Raw8ToBGR_mono +size: at least 2x2",
                     r"--method 2x2 +--to y8 +QVN_Raw8ToY8 +size: at least 2x2",
                     r"--method 3x3 +--to bgr +QVN_Raw8ToBGR_3x3 +size: even width, at least 4x3",
-                    r"--method yuv422 +--to bgr +QVN_Raw8ToBGR_IntYUV422 +size: even width, even height",
+                    r"--method yuv422 +--to bgr +QVN_Raw8ToBGR_IntYUV422 +size: even width and height\n",
                     r"--method lcaa +--to bgr +QVN_Raw8ToBGR_IntLCAA +size: .*at least 12 pixels",
                     r"--method lcaav +--to bgr +QVN_Raw8ToBGR_IntLCAAV +size: .*at least 2x6",
                     r"--method 2x2 +--to bgr +QVN_Raw16ToBGR +size: at least 2x2",
                     r"--method direct +--to planes-y +QVN_YUV411ToRGBYPlanes +size: any",
+                    r"--method transform +--to bgr +QVN_Raw8ImageTransform +size: .*\n +--to bgra, y8, y8-709, uyvy\n",
+                    r"--method transform-ex +--to bgr16 +QVN_Raw16ImageTransformEx +size: at least 2x2\n"
+                    r" +--to y16, y16-709, bgr, bgra, y8, y8-709\n",
+                    r"--method 2x2 +--to bgr16 +QVN_Raw12ToBGR16 +size: even width, at least 4x2",
+                    r"--method bin +--to bgr +QVN_IRaw8CYGMToBGR_Bin +size: even width, height a multiple of 4",
+                    r"\n  raw12packed .*even 11..4, odd 3..0 and even 3..0, odd 11..4",
+                    r"\n  raw12p .*even 7..0, odd 3..0 and even 11..8, odd 11..4; .*read as raw12packed\n",
+                    r"\n  raw12csi2 .*even 11..4, odd 11..4, odd 3..0 and even 3..0; .*read as raw12packed\n",
                     r"\n  uyvy .*groups of 2 pixels\n", r"\n  uyyvyy411 .*groups of 4 pixels\n",
                     r"\n  y16le .*--bits, --align\n"):
             self.assertRegex(text, row)
         for word in ("raw8", "raw16be", "yuv444", "y8", "y16be", "rgb8", "rggb", "grbg", "gbrg", "bggr",
-                     "PNG", "PPM", "PGM", "planes"):
+                     "PNG", "PPM", "PGM", "planes", "raw12csi2", "iraw8-cygm", "y12p", "rgba8", "bgra", "y16-709"):
             self.assertIn(word, text)
 
     def test_every_listed_conversion_runs(self):
-        source = None
-        count = 0
-        for line in self.run_tool("formats").decode().split("\nTargets")[0].splitlines():
-            head = re.match(r"  (\S+) ", line)
-            row = re.match(r" +--method (\S+) +--to (\S+)", line)
-            if head:
-                source = head[1]
-                self.run_tool("chart", "frame.raw", "--format", source, "--size", "24x16")
-            if row:
-                self.run_tool("convert", "frame.raw", "out.png", "--from", source, "--size", "24x16",
-                              "--method", row[1], "--to", row[2])
-                count += 1
-        self.assertGreaterEqual(count, 26)
+        rows = list(self.listed())
+        for source, method, target in rows:
+            if not (self.folder / (source + ".raw")).exists():
+                self.run_tool("chart", source + ".raw", "--format", source, "--size", "24x16")
+            self.run_tool("convert", source + ".raw", "out.png", "--from", source, "--size", "24x16",
+                          "--method", method, "--to", target)
+        self.assertEqual(len(rows), len(set(rows)))
+        # Functions of one target, and those that offer several.
+        self.assertEqual(len(rows), 34 + 104)
+
+    def test_lines_are_not_too_long(self):
+        for line in self.run_tool("formats").decode().splitlines():
+            self.assertLessEqual(len(line), 132, line)
 
     def test_version(self):
         first, library, level = self.run_tool("--version").decode().splitlines()

@@ -128,13 +128,16 @@ class Colour(ToolTest):
                         says=["--bits", "8 to 16", "'%s'" % bits])
             self.refuse("chart", "a.raw", "--format", "y16be", "--bits=" + bits, says=["--bits", "8 to 16"])
         self.refuse("convert", "frame.raw", "a.png", *y16, "--align", "top", says=["msb or lsb", "'top'"])
-        for source, size in (("raw8", "8x8"), ("raw16be", "8x4"), ("y8", "8x8"), ("uyvy", "8x4")):
+        for source, size in (("raw8", "8x8"), ("y8", "8x8"), ("uyvy", "8x4")):
             for option in (("--bits", "12"), ("--align", "msb")):
                 self.refuse("convert", "frame.raw", "a.png", "--from", source, "--size", size, *option,
-                            says=[option[0], "y16be or y16le", "found " + source])
+                            says=[option[0], "raw16be, raw16le, y16be or y16le", "found " + source])
                 self.refuse("chart", "a.raw", "--format", source, *option, says=[option[0], source])
         self.write("grey.pgm", netpbm(b"P5", 4, 2, 65535, bytes(16)))
-        self.refuse("convert", "grey.pgm", "a.png", "--bits", 12, says=["--bits", "found raw16be"])
+        for option in (("--bits", "12"), ("--align", "msb")):
+            self.refuse("convert", "grey.pgm", "a.png", *option, says=[option[0], "QVN_Raw16ToBGR", "raw16be"])
+            self.refuse("convert", "grey.pgm", "a.png", "--from", "y16be", "--method", "transform", *option,
+                        says=[option[0], "QVN_Y16ImageTransform,", "y16be"])
 
     def test_rgb(self):
         data = self.noise(3 * 90) + bytes([255, 255, 255, 10, 10, 10, 37, 37, 37])

@@ -94,7 +94,7 @@ class Errors(ToolTest):
         self.refuse("convert", "frame.raw", "a.png", *RAW8, "--method", "2x2", "--to", "zzz",
                     says=["'zzz'", "by method 2x2", "expected bgr"])
         self.refuse("convert", "frame.raw", "a.png", *RAW8, "--out-format", "jpg",
-                    says=["'jpg'", "png, ppm or pgm"])
+                    says=["'jpg'", "png, ppm, pgm or raw"])
         self.refuse("chart", "a.raw", "--format", "raw9", says=["'raw9'"])
         self.refuse("chart", "a.raw", "--pattern", "RGGB", says=["'RGGB'"])
         self.refuse("chart", "a.raw", "--out-format", "tga", says=["'tga'", "raw"])

@@ -52,7 +52,7 @@ def read_png(data):
     assert ended and header is not None
     width, height, depth, colour, compression, filtering, interlace = header
     assert (compression, filtering, interlace) == (0, 0, 0)
-    channels = {0: 1, 2: 3}[colour]
+    channels = {0: 1, 2: 3, 6: 4}[colour]
     step = channels * depth // 8
     pitch = width * step
     lines = zlib.decompress(packed)
@@ -117,6 +117,19 @@ class ToolTest(unittest.TestCase):
         done = self.call(*arguments, data=data)
         self.assertEqual((done.returncode, done.stderr), (0, b""))
         return done.stdout
+
+    def listed(self):
+        """(format, method, target) of each conversion that the tool lists."""
+        source = method = None
+        for line in self.run_tool("formats").decode().split("\nTargets")[0].splitlines():
+            words = line.replace(",", "").split()
+            if line.startswith("  ") and line[2] != " ":
+                source = words[0]
+            elif words and words[0] == "--method":
+                method = words[1]
+                yield source, method, words[3]
+            elif words and words[0] == "--to":
+                yield from ((source, method, target) for target in words[1:])
 
     def refuse(self, *arguments, says=(), data=b"", **options):
         """It must end with status 2 and one sentence with all of `says` in it, and change no file."""
