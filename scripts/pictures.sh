@@ -12,6 +12,7 @@ size=768x512
 mkdir -p "$out/frames"
 
 make_frame() { "$tool" chart "$out/frames/$1.raw" --size $size --format "${1%%_*}" "${@:2}"; }
+# In a shell of its own, with words for its arguments: several run at a time.
 convert() { "$tool" convert "$out/frames/$1.raw" "$out/$2.png" --size $size --from "${1%%_*}" "${@:3}"; }
 
 # A line for each conversion: format, mosaic or plain, method, target.
@@ -22,6 +23,7 @@ conversions=$("$tool" formats | awk '
   $1 == "--to" { for (i = 2; i <= NF; i++) { sub(/,$/, "", $i); print format, kind, method, $i } }')
 
 made=
+jobs=()
 while read -r format kind method target; do
   frame=$format
   order=()
@@ -35,14 +37,17 @@ while read -r format kind method target; do
     if [[ $kind == mosaic ]]; then
       for other in grbg gbrg bggr; do
         make_frame "${format}_$other" --pattern $other
-        convert "${format}_$other" "${format}_${other}_${method}_$target" --pattern $other --method "$method" --to "$target"
+        jobs+=("${format}_$other ${format}_${other}_${method}_$target --pattern $other --method $method --to $target")
       done
     fi
   fi
   spread=()
   [[ $format/$target == raw12packed/bgr16 ]] && spread=(--stretch)
-  convert "$frame" "${frame}_${method}_$target" "${order[@]}" "${spread[@]}" --method "$method" --to "$target"
+  jobs+=("$frame ${frame}_${method}_$target ${order[*]} ${spread[*]} --method $method --to $target")
 done <<<"$conversions"
+export tool out size
+export -f convert
+printf '%s\n' "${jobs[@]}" | xargs -d '\n' -n 1 -P "$(nproc)" bash -c 'convert $1' pictures
 
 "$tool" sheet "$out/frames/raw8_rggb.raw" "$out/sheet.png" --size $size --from raw8 --pattern rggb
 echo "Look at $out/sheet.png first; the pictures of every format and method are in $out."

@@ -168,8 +168,8 @@ const std::vector<Target>& targets() {
       {"y8", "grey picture, 8 bits, weights 77, 150, 29", 0, 1, 1, 8},
       {"y8-709", "grey picture, 8 bits, weights 54, 184, 18", 3, 1, 1, 8},
       {"uyvy",
-       "YUV 4:2:2 of studio range: its bytes with --out-format raw, else a picture of them; of y8 a "
-       "green one, since its chroma is 0",
+       "YUV 4:2:2 of studio range: its bytes with --out-format raw, else a picture of them; that of "
+       "y8 is green, with chroma 0",
        4, 2, 3, 8},
       {"bgr16", "colour picture, 16 bits a channel", 7, 6, 3, 16},
       {"y16", "grey picture, 16 bits, weights 77, 150, 29, or 77, 150, 21 by method 2x2", 5, 2, 1, 16},

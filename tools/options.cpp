@@ -1,6 +1,7 @@
 // The texts of the shared options, and the numbers in them.
 #include "options.h"
 
+#include <CLI/CLI.hpp>
 #include <charconv>
 
 namespace qvn::tool {

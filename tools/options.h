@@ -1,10 +1,12 @@
 // Options that several subcommands share.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include "failure.h"
 #include "frame_file.h"
+
+namespace CLI {
+class App;
+}
 
 namespace qvn::tool {
 

@@ -167,10 +167,10 @@ Frame resample_lines(const Frame& frame, const Resampling& how) {
   std::vector<std::uint8_t> source(frame.bytes);
   const std::size_t beyond = std::max(resampled.size.width, frame.size.width) - frame.size.width;
   source.insert(source.end(), beyond * element, 0);
-  const std::uint32_t result =
-      QVN_ResampleScanlines(resampled.bytes.data(), source.data(), width, frame.size.width,
-                            static_cast<std::int32_t>(frame.size.height), how.source_rate, how.picture_rate,
-                            element, how.linear ? 1 : 0);
+  const std::uint32_t result = QVN_ResampleScanlines(
+      resampled.bytes.data(), source.data(), width, static_cast<std::int32_t>(frame.size.width),
+      static_cast<std::int32_t>(frame.size.height), how.source_rate, how.picture_rate, element,
+      how.linear ? 1 : 0);
   check_status(result == kDone ? QVN_OK : result, "QVN_ResampleScanlines");
   return resampled;
 }

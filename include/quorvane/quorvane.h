@@ -724,7 +724,8 @@ QVN_API uint32_t QVN_IRaw8CYGMImageTransform_3x3(uint8_t* dst, const uint8_t* sr
  *                     for white: 255 for 8 bits, 4095, 65535 and so on.
  *     CcGammaMatrix   CcGamma, then CcMatrixFloat on its results.
  *     CcTable8, 16    R' = table[R] and so on. 256 entries reach every value of the functions with 8-bit
- *                     output, 4096 those of QVN_Raw12ToBGR16_CC, 65536 those of the 16-bit ones.
+ *                     output, 4096 those of QVN_Raw12ToBGR16_CC, 65536 >> shift the samples of the 16-bit
+ *                     ones; results that go through the rule again need an entry, too.
  *
  * A truncation that has no 64-bit integer (too large, infinite, not a number) gives 0 in both widths.
  *
@@ -920,18 +921,19 @@ QVN_API uint32_t QVN_Raw12ToBGR16_CC(uint16_t* dst, const uint8_t* src, uint32_t
  *
  * Samples are big-endian, and the lowest `shift` bits of each do not count: with a shift of 4, samples of 12
  * bits at the top of their words come out as numbers from 0 to 4095. Green is the sum of both samples shifted
- * by shift + 1, which keeps the carry between their low bits. Shifts from 9 to 23 give a black frame; in the
- * _CC functions, which take any number, 24 to 31 give remains of the high bytes, and above that it counts
- * modulo 32.
+ * by shift + 1, which keeps the carry between their low bits. Shifts from 9 to 23 make all samples 0, and so
+ * the plain functions' frame black; in the _CC functions, which take any number, 24 to 31 give remains of the
+ * high bytes, and above that it counts modulo 32.
  *
  * Last two columns: copies of the column before them. Last line: copy of the line above. An odd width writes
  * width + 1 pixels a line at an unchanged source pitch, so that the lines drift and the picture ends beyond
  * its size; don't use one. A width of 2 copies what lies before each line to it.
  *
  * Width even and at least 4, height at least 2, not in place; sizes are not checked, as of the other 2x2
- * demosaics. No memory is allocated. Statuses in order: QVN_E_PARAM1 for a null dst, QVN_E_PARAM2 for a null
- * src, QVN_E_PARAM6 for a shift above 16 (of the _CC functions instead QVN_E_FAIL for a kind of object that
- * they do not serve); nothing is written by then; else QVN_OK.
+ * demosaics. No memory is allocated; a conversion with CcGamma or CcGammaMatrix works in the last lines of
+ * dst before it writes them, and reads them back. Statuses in order: QVN_E_PARAM1 for a null dst,
+ * QVN_E_PARAM2 for a null src, QVN_E_PARAM6 for a shift above 16 (of the _CC functions instead QVN_E_FAIL for
+ * a kind of object that they do not serve); nothing is written by then; else QVN_OK.
  *
  * The _CC functions apply the rule of the object (see Colour correction) to the shifted colours; a null
  * object gives the plain function's bytes. Pixels go in pairs from column 0 on. The two pixels of a pair
@@ -1266,7 +1268,8 @@ QVN_API uint32_t QVN_Y12ImageTransform(uint8_t* dst, const uint8_t* src, uint32_
  *
  * The colours of a pixel are those of the demosaic that a function names; luma weighs them. Line ends differ
  * from those of the demosaics of fixed output. No buffer needs an alignment, none of the functions works in
- * place, sizes are not checked, and what is said there of sizes outside the contract holds here too.
+ * place. Width even and at least 4, height at least 2, and for the interpolations through YUV even; sizes are
+ * not checked, and what is said there of sizes outside the contract holds here too.
  *
  * Target 2 steps over each pixel's fourth byte. It is never changed, but where a line or a pixel is copied as
  * a whole, which carries the neighbour's along; another thread must not write it meanwhile.

@@ -14,13 +14,17 @@ class ByCurve {
   explicit ByCurve(const Arguments&... arguments) : curve_(arguments...) {}
 
   void row(Planes<T>& p, size_t from, size_t to) {
-    for (const Channel<T> channel : kChannels<T>) shared_row(p, channel, from, to);
+    for (const Channel<T> channel : kChannels<T>) correct(p.*channel, from, to);
   }
-  void shared_row(Planes<T>& p, Channel<T> shared, size_t from, size_t to) {
-    correct_plane(p.*shared, from, to, [this](T sample) { return curve_(sample); });
+  void shared_row(const Planes<T>&, Channel<T>, Plane<T>& samples, size_t from, size_t to) {
+    correct(samples, from, to);
   }
 
  private:
+  void correct(Plane<T>& samples, size_t from, size_t to) {
+    correct_plane(samples, from, to, [this](T sample) { return curve_(sample); });
+  }
+
   Curve curve_;
 };
 

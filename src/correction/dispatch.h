@@ -3,7 +3,7 @@
 
 #include "correction/gamma.h"
 #include "correction/kind_map.h"
-#include "correction/matrix.h"
+#include "correction/matrix_fixed.h"
 #include "correction/table.h"
 
 namespace qvn {

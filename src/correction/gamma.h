@@ -9,7 +9,7 @@
 #include <cstring>
 
 #include "correction/curve.h"
-#include "correction/matrix.h"
+#include "correction/matrix_float.h"
 
 namespace qvn {
 
@@ -121,7 +121,13 @@ class GammaMatrix {
     gamma_.row(p, from, to);
     matrix_.row(p, from, to);
   }
-  void shared_row(Planes<T>& p, Channel<T>, size_t from, size_t to) { row(p, from, to); }
+  void shared_row(const Planes<T>& others, Channel<T> shared, Plane<T>& samples, size_t from, size_t to) {
+    Planes<T> results = others;
+    for (const Channel<T> channel : kChannels<T>) {
+      gamma_.shared_row(others, channel, channel == shared ? samples : results.*channel, from, to);
+    }
+    matrix_.shared_row(results, shared, samples, from, to);
+  }
 
  private:
   Gamma<T, Curve> gamma_;

@@ -26,6 +26,22 @@ using Channel = Plane<T> Planes<T>::*;
 template <class T>
 inline constexpr Channel<T> kChannels[3] = {&Planes<T>::r, &Planes<T>::g, &Planes<T>::b};
 
+// Which one: 0 for red, 1 for green, 2 for blue.
+template <class T>
+constexpr int place_of(Channel<T> channel) {
+  return channel == &Planes<T>::r ? 0 : channel == &Planes<T>::g ? 1 : 2;
+}
+
+// Planes of which one is another's.
+template <class T>
+struct PlanesWith {
+  PlanesWith(const Planes<T>& planes, Channel<T> channel, const Plane<T>& other)
+      : r(channel == &Planes<T>::r ? other : planes.r),
+        g(channel == &Planes<T>::g ? other : planes.g),
+        b(channel == &Planes<T>::b ? other : planes.b) {}
+  const Plane<T>&r, &g, &b;
+};
+
 template <class V, class T>
 V load_at(const Plane<T>& plane, size_t x) {
   return load<V>(reinterpret_cast<const uint8_t*>(plane.data() + x));
@@ -34,6 +50,18 @@ V load_at(const Plane<T>& plane, size_t x) {
 template <class V, class T>
 void store_at(Plane<T>& plane, size_t x, V lanes) {
   store(reinterpret_cast<uint8_t*>(plane.data() + x), lanes);
+}
+
+// The pixels from x on as vectors of any type.
+template <class V, class PlanesOfT>
+Rgb<V> load_pixels(const PlanesOfT& planes, size_t x) {
+  return {load_at<V>(planes.r, x), load_at<V>(planes.g, x), load_at<V>(planes.b, x)};
+}
+template <class V, class T>
+void store_pixels(Planes<T>& planes, size_t x, const Rgb<V>& pixels) {
+  store_at(planes.r, x, pixels.r);
+  store_at(planes.g, x, pixels.g);
+  store_at(planes.b, x, pixels.b);
 }
 
 // An output that writes the windows of a row to planes.
@@ -47,11 +75,7 @@ struct PlaneOutput {
     planes.g[x] = static_cast<T>(p.g);
     planes.b[x] = static_cast<T>(p.b);
   }
-  void pixels(size_t x, const Form& p) const {
-    store_at(planes.r, x, p.r);
-    store_at(planes.g, x, p.g);
-    store_at(planes.b, x, p.b);
-  }
+  void pixels(size_t x, const Form& p) const { store_pixels(planes, x, p); }
 };
 
 // The line from column x on; x is even.
@@ -66,8 +90,7 @@ template <class Put, class T>
 void put_planes(uint8_t* out, const Planes<T>& planes, size_t n) {
   constexpr size_t kStep = kLaneCount<Lanes<T>>;
   const auto put_at = [&](size_t x) {
-    const Rgb<Lanes<T>> pixels = {load_at<Lanes<T>>(planes.r, x), load_at<Lanes<T>>(planes.g, x),
-                                  load_at<Lanes<T>>(planes.b, x)};
+    const auto pixels = load_pixels<Lanes<T>>(planes, x);
     if constexpr (sizeof(T) == 1) {
       put_bytes<Put>(out + x * Put::kPixelBytes, pixels);
     } else {

@@ -1,6 +1,9 @@
-// What the correction rules share. A rule acts on planes of bytes or words: `row` corrects pixels from..to -
-// 1 of a strip, and `shared_row` does so where of the results one channel alone is used. A rule that says
-// kInOrder must see one pixel after the other; for all others `from` is 0.
+// What the correction rules share. A rule acts on planes of bytes or words:
+//
+//     row          corrects pixels from..to - 1 of a strip
+//     shared_row   of words alone: corrects the samples of one channel, beside the other two of other pixels
+//
+// A rule that says kInOrder must see one pixel after the other; for all others `from` is 0.
 //
 // No rule clamps but for the fixed matrices: what comes out too large or negative keeps its low bits. Callers
 // depend on it.

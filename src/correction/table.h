@@ -79,13 +79,16 @@ class ShortTable {
   }
 
   // The other two channels are tested all the same, but not read.
-  void shared_row(Planes<T>& p, Channel<T> shared, size_t from, size_t to) const {
-    for (const Channel<T> channel : kChannels<T>) {
-      correct_plane(p.*channel, from, to, [&](T index) {
-        if (channel == shared) return at(index);
-        entries_.check(index);
-        return index;
-      });
+  void shared_row(const Planes<T>& others, Channel<T> shared, Plane<T>& samples, size_t from,
+                  size_t to) const {
+    for (size_t x = from; x < to; ++x) {
+      for (const Channel<T> channel : kChannels<T>) {
+        if (channel == shared) {
+          samples[x] = at(samples[x]);
+        } else {
+          entries_.check((others.*channel)[x]);
+        }
+      }
     }
   }
 

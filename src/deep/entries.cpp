@@ -12,7 +12,7 @@ constexpr uint32_t kLargestShift = 16, kShiftArgument = 5;  // counted from 0
 
 uint8_t* bytes(uint16_t* words) { return reinterpret_cast<uint8_t*>(words); }
 
-// The plain entries refuse large shifts, after the pointers and before the pattern is looked at.
+// The plain entries refuse large shifts, after the pointers.
 template <class Kernel>
 uint32_t run_shifted(const char* name, uint16_t* dst, const uint8_t* src, uint32_t pattern, uint32_t shift,
                      const Kernel& kernel) {

@@ -20,9 +20,9 @@ constexpr WordChannel shared_channel(const CellLine& line) {
   return line.column_phase == 0 ? &WordPlanes::b : &WordPlanes::r;
 }
 
-// The first and the second pixels of a strip's pairs, and what a rule makes of both.
+// The first and the second pixels of a strip's pairs.
 struct Pairs {
-  WordPlanes first, second, mixed;
+  WordPlanes first, second;
 };
 
 void split(Pairs& pairs, const WordPlanes& planes, size_t count) {
@@ -57,33 +57,25 @@ void shifted_windows(WordPlanes& planes, const CellLine& line, size_t x, size_t 
   });
 }
 
-void copy(WordPlanes& to_planes, const WordPlanes& planes, WordChannel channel, size_t from, size_t to) {
-  std::copy((planes.*channel).begin() + from, (planes.*channel).begin() + to,
-            (to_planes.*channel).begin() + from);
-}
-
 // The second pixel is corrected from the first one's result in the shared channel, which so goes through the
 // rule twice. Callers depend on it.
 struct SharedTwice {
   template <class CorrectionRule>
   static void correct(CorrectionRule& rule, Pairs& pairs, WordChannel shared, size_t from, size_t to) {
     rule.row(pairs.first, from, to);
-    copy(pairs.second, pairs.first, shared, from, to);
+    const auto& results = pairs.first.*shared;
+    std::copy(results.data() + from, results.data() + to, (pairs.second.*shared).data() + from);
     rule.row(pairs.second, from, to);
   }
 };
 
-// The second pixel is not corrected but for the shared channel, and that one from the shared sample beside
-// the first pixel's results. Callers depend on it.
+// The second pixel is not corrected but for the shared channel, and that one beside the first pixel's
+// results. Callers depend on it.
 struct SharedAlone {
   template <class CorrectionRule>
   static void correct(CorrectionRule& rule, Pairs& pairs, WordChannel shared, size_t from, size_t to) {
     rule.row(pairs.first, from, to);
-    for (const WordChannel channel : kChannels<uint16_t>) {
-      copy(pairs.mixed, channel == shared ? pairs.second : pairs.first, channel, from, to);
-    }
-    rule.shared_row(pairs.mixed, shared, from, to);
-    copy(pairs.second, pairs.mixed, shared, from, to);
+    rule.shared_row(pairs.first, shared, pairs.second.*shared, from, to);
   }
 };
 

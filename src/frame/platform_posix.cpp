@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <new>
@@ -132,8 +133,15 @@ void write_system_text(uint32_t code, char* buffer, uint32_t size) {
   if (length <= size) std::memcpy(buffer, text, length);
 }
 
-// std::abort would not let a handler return.
-void report_invalid_parameter() { (void)std::raise(SIGABRT); }
+// A handler may return, which std::abort would not let it. Without one only std::abort ends the process for
+// sure: a thread can keep the signal from being delivered.
+void report_invalid_parameter() {
+  struct sigaction action = {};
+  sigaction(SIGABRT, nullptr, &action);
+  const bool handled = (action.sa_flags & SA_SIGINFO) != 0 || action.sa_handler != SIG_DFL;
+  if (!handled) std::abort();
+  (void)std::raise(SIGABRT);
+}
 
 uint32_t process_id() { return static_cast<uint32_t>(getpid()); }
 

@@ -80,7 +80,9 @@ inline SignedDoubleWords multiply_add_pairs(SignedWords a, SignedWords b) {
 #else
   SignedDoubleWords sums{};
   for (int i = 0; i < kLaneCount<SignedDoubleWords>; ++i) {
-    sums[i] = int32_t{a[2 * i]} * b[2 * i] + int32_t{a[2 * i + 1]} * b[2 * i + 1];
+    // The one sum that does not fit, of two products of the smallest words, wraps.
+    sums[i] = static_cast<int32_t>(static_cast<uint32_t>(int32_t{a[2 * i]} * b[2 * i]) +
+                                   static_cast<uint32_t>(int32_t{a[2 * i + 1]} * b[2 * i + 1]));
   }
   return sums;
 #endif

@@ -7,8 +7,8 @@
 
 namespace qvn {
 
-// Kernels for each layout: by SampleFormatBlock::byteOrder, then by shift. Nobody has samples of 11 bits:
-// shift 5 has none.
+// Kernels for each layout: by SampleFormatBlock::byteOrder, then by shift. Shift 5 has none, which callers
+// see as a refusal.
 template <class Kernel>
 using ByLayout = std::array<std::array<ByTarget<Kernel>, 7>, 2>;
 

@@ -11,6 +11,8 @@ if [[ "$declared" != "$exported" ]]; then
   diff <(echo "$declared") <(echo "$exported")
   exit 1
 fi
+count=$(echo "$exported" | wc -l)
+[[ $count -eq 76 ]] || { echo "$library exports $count functions instead of 76"; exit 1; }
 readelf -n "$library" | grep -q Quorvane || { echo "$library has no version note"; exit 1; }
 needed=$(readelf -d "$library" | grep NEEDED | grep -vE '\[(libc|libm|libstdc\+\+|libgcc_s|ld-linux-x86-64|ld-linux-aarch64)\.so' || true)
 if [[ -n $needed && -z ${QVN_SANITIZED:-} ]]; then
@@ -20,4 +22,4 @@ if [[ -n $needed && -z ${QVN_SANITIZED:-} ]]; then
 fi
 readelf -lW "$library" | grep GNU_STACK | grep -qv RWE || { echo "$library has an executable stack"; exit 1; }
 if readelf -d "$library" | grep -q TEXTREL; then echo "$library has text relocations"; exit 1; fi
-echo "$(echo "$exported" | wc -l) functions"
+echo "$count functions"

@@ -342,4 +342,22 @@ TEST(InvalidParameterDeathTest, EndsTheProcessByDefault) {
   EXPECT_EXIT(qvn::report_invalid_parameter(), support::EndedByReport(), "");
 }
 
+#ifndef _WIN32
+TEST(InvalidParameterDeathTest, EndsTheProcessFromAThreadThatBlocksAllSignals) {
+  const auto report = [] {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, nullptr);
+    qvn::report_invalid_parameter();
+  };
+  EXPECT_EXIT(report(), support::EndedByReport(), "");
+}
+
+TEST(InvalidParameter, CarriesOnWhereTheSignalIsIgnored) {
+  auto* const before = std::signal(SIGABRT, SIG_IGN);
+  qvn::report_invalid_parameter();
+  std::signal(SIGABRT, before);
+}
+#endif
+
 }  // namespace
