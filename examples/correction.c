@@ -6,7 +6,8 @@
 static uint8_t mosaic[640 * 480], picture[3 * 640 * 480];
 
 int main(void) {
-  /* Rows of numbers from 0 to 1 with a sum of 1 stay in the range of a byte; nothing else keeps them there. */
+  /* Rows of numbers from 0 to 1 with a sum of 1 stay in the range of a byte; nothing else keeps them there.
+   */
   const ColorCorrectionFloat softer = {.kind = CcMatrixFloat,
                                        .matrix = {0.75F, 0.25F, 0, 0.125F, 0.75F, 0.125F, 0, 0.25F, 0.75F}};
   if (fread(mosaic, 1, sizeof mosaic, stdin) != sizeof mosaic) return 1;

@@ -46,9 +46,13 @@ inline SignedWords chroma_high(Bytes chroma) {
 inline SignedWords chroma_even(Bytes chroma) {
   return as<SignedWords>((as<Words>(chroma) << 8) ^ 0x8000) >> 6;
 }
+inline SignedWords chroma_odd(Bytes chroma) {
+  return as<SignedWords>((as<Words>(chroma) & 0xFF00) ^ 0x8000) >> 6;
+}
 
 inline SignedWords luma_low(Bytes luma) { return as<SignedWords>(interleave_low(luma, Bytes{})); }
 inline SignedWords luma_high(Bytes luma) { return as<SignedWords>(interleave_high(luma, Bytes{})); }
+inline SignedWords luma_even(Bytes luma) { return as<SignedWords>(even_bytes(luma)); }
 inline SignedWords luma_odd(Bytes luma) { return as<SignedWords>(odd_bytes(luma)); }
 
 inline SignedWords clamp_words(SignedWords v, int16_t low, int16_t high) {

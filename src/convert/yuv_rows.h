@@ -85,32 +85,41 @@ struct Yuv411 {
     for (size_t i = 0; i < 4; ++i) out.pixel(x + i, Arithmetic::pixel(lumas[i], u, v), lumas[i]);
   }
 
-  // Everything stays within its 16-byte block: pixels 0 .. 15 of each 32 in one vector, 16 .. 31 in another.
+  // A lane is a group: the words of U and V serve the four words of luma. Everything stays within its 16-byte
+  // block: pixels 0 .. 15 of each 32 in one vector, 16 .. 31 in another.
   template <class Arithmetic, class Output>
   static void vector(const Output& out, size_t x, const uint8_t* from) {
-    const auto [uv, y_even, y_odd] = load_split3(from);
-    const Bytes y0 = interleave_low(y_even, y_odd), y1 = interleave_high(y_even, y_odd);
-    const Rgb<Bytes> first = half<Arithmetic>(y0, chroma_low(uv)),
-                     second = half<Arithmetic>(y1, chroma_high(uv));
-    out.pixels(
-        x, {in_order<0>(first.r, second.r), in_order<0>(first.g, second.g), in_order<0>(first.b, second.b)},
-        in_order<0>(y0, y1));
-    out.pixels(
-        x + kLaneBytes,
-        {in_order<1>(first.r, second.r), in_order<1>(first.g, second.g), in_order<1>(first.b, second.b)},
-        in_order<1>(y0, y1));
+    const auto [uv, y02, y13] = load_split3(from);
+    const SignedWords u = chroma_even(uv), v = chroma_odd(uv);
+    const auto colours = [&](SignedWords first, SignedWords second) {
+      return narrow_to_bytes(Arithmetic::colours(first, u, v), Arithmetic::colours(second, u, v));
+    };
+    const Rgb<Bytes> p01 = colours(luma_even(y02), luma_even(y13));
+    const Rgb<Bytes> p23 = colours(luma_odd(y02), luma_odd(y13));
+    const Riffled r(p01.r, p23.r), g(p01.g, p23.g), b(p01.b, p23.b);
+    const Bytes y_low = interleave_low(y02, y13), y_high = interleave_high(y02, y13);
+    out.pixels(x, {r.in_order<0>(), g.in_order<0>(), b.in_order<0>()}, in_order<0>(y_low, y_high));
+    out.pixels(x + kLaneBytes, {r.in_order<1>(), g.in_order<1>(), b.in_order<1>()},
+               in_order<1>(y_low, y_high));
   }
 
  private:
-  // U V of one group a double word, to one of each pair of its pixels.
-  template <class Arithmetic>
-  static Rgb<Bytes> half(Bytes y, SignedWords uv) {
-    const auto groups = as<DoubleWords>(uv);
-    const auto low = as<SignedWords>(interleave_low(groups, groups));
-    const auto high = as<SignedWords>(interleave_high(groups, groups));
-    return narrow_to_bytes(Arithmetic::colours_of_pairs(luma_low(y), low),
-                           Arithmetic::colours_of_pairs(luma_high(y), high));
-  }
+  // Of each block's groups, first pixels then second ones, and third ones then fourth ones:
+  //
+  //     0 0 0 .. 1 1 1 ..          0 2 0 2 ..          0 1 2 3 0 1 2 3 ..
+  //     2 2 2 .. 3 3 3 ..    ->    1 3 1 3 ..    ->    0 1 2 3 0 1 2 3 ..
+  struct Riffled {
+    Bytes low, high;
+    Riffled(Bytes p01, Bytes p23) {
+      const Bytes p02 = interleave_low(p01, p23), p13 = interleave_high(p01, p23);
+      low = interleave_low(p02, p13);
+      high = interleave_high(p02, p13);
+    }
+    template <int Upper>
+    Bytes in_order() const {
+      return Yuv411::in_order<Upper>(low, high);
+    }
+  };
 
   template <int Upper>
   static Bytes in_order(Bytes first, Bytes second) {
