@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "failure.h"
-#include "options.h"
+#include "numbers.h"
 
 namespace qvn::tool {
 namespace {

@@ -8,7 +8,7 @@
 #include "failure.h"
 #include "files.h"
 #include "formats.h"
-#include "options.h"
+#include "numbers.h"
 
 namespace qvn::tool {
 namespace {

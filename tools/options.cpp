@@ -1,8 +1,5 @@
-// The texts of the shared options, and the numbers in them.
+// The texts of the shared options.
 #include "options.h"
-
-#include <CLI/CLI.hpp>
-#include <charconv>
 
 namespace qvn::tool {
 
@@ -25,18 +22,6 @@ void add_input(CLI::App& command, FrameOptions& input) {
   command.add_option("--from", input.format, "Source format, see qvn formats; a PGM or PPM may go without");
   command.add_option("--size", input.size, "WIDTHxHEIGHT; a PGM or PPM brings its own");
   add_samples(command, input.pattern, input.bits, input.align);
-}
-
-std::int64_t parse_whole(const std::string& option, const std::string& text, std::int64_t least,
-                         std::int64_t most) {
-  std::int64_t value = 0;
-  const char* const end = text.data() + text.size();
-  const auto parsed = std::from_chars(text.data(), end, value);
-  if (parsed.ec != std::errc{} || parsed.ptr != end || value < least || value > most) {
-    throw Failure(option + ": expected a whole number from " + std::to_string(least) + " to " +
-                  std::to_string(most) + ", found " + quoted(text));
-  }
-  return value;
 }
 
 }  // namespace qvn::tool

@@ -1,12 +1,9 @@
 // Options that several subcommands share.
 #pragma once
 
-#include "failure.h"
-#include "frame_file.h"
+#include <CLI/CLI.hpp>
 
-namespace CLI {
-class App;
-}
+#include "frame_file.h"
 
 namespace qvn::tool {
 
@@ -23,10 +20,5 @@ void add_samples(CLI::App& command, std::string& pattern, std::string& bits, std
 
 /// IN, --from, --size and how the samples lie.
 void add_input(CLI::App& command, FrameOptions& input);
-
-/// A whole number from `least` to `most`, by hand, since the parser takes -1 and numbers that are too large
-/// for whatever comes out. Throws Failure, which names `option`.
-std::int64_t parse_whole(const std::string& option, const std::string& text, std::int64_t least,
-                         std::int64_t most);
 
 }  // namespace qvn::tool

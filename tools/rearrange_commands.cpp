@@ -5,8 +5,10 @@
 #include <iostream>
 #include <memory>
 
+#include "failure.h"
 #include "files.h"
 #include "formats.h"
+#include "numbers.h"
 #include "options.h"
 #include "rearrange.h"
 
