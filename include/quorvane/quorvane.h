@@ -1226,8 +1226,8 @@ QVN_API uint32_t QVN_Y8ImageTransform(uint8_t* dst, const uint8_t* src, uint32_t
 
 /**
  * Mono 16 to a target, of the colours that QVN_Y16ToBGR makes: the first byte of each sample, with red pushed
- * up by bit 7 of the second one and blue by bit 6, unless it is 255. Luma weighs these colours. Targets 0 to
- * 3.
+ * up by bit 7 of the second one and blue by bit 6, unless it is 255. Luma weighs these colours, which comes
+ * to the first byte. Targets 0 to 3.
  *
  * @param dst  count pixels of the target
  * @param src  2 bytes a sample, big-endian; 2 * count bytes

@@ -160,7 +160,7 @@ template <class Put>
 struct PackedOutput {
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p, uint8_t) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
-  void pixels(size_t x, Rgb<Bytes> p, Bytes) const { put_bytes<Put>(dst + x * Put::kPixelBytes, p); }
+  void pixels(size_t x, Rgb<Bytes> p, Bytes) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
 };
 
 // The conversions to packed pixels.

@@ -90,12 +90,7 @@ template <class Put, class T>
 void put_planes(uint8_t* out, const Planes<T>& planes, size_t n) {
   constexpr size_t kStep = kLaneCount<Lanes<T>>;
   const auto put_at = [&](size_t x) {
-    const auto pixels = load_pixels<Lanes<T>>(planes, x);
-    if constexpr (sizeof(T) == 1) {
-      put_bytes<Put>(out + x * Put::kPixelBytes, pixels);
-    } else {
-      Put::pixels(out + x * Put::kPixelBytes, pixels);
-    }
+    Put::pixels(out + x * Put::kPixelBytes, load_pixels<Lanes<T>>(planes, x));
   };
   if (!kVectorRows || n < kStep) {
     for (size_t x = 0; x < n; ++x) {

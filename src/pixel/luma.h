@@ -3,6 +3,7 @@
 // lanes.
 #pragma once
 
+#include "pixel/products.h"
 #include "pixel/rgb.h"
 
 namespace qvn {
@@ -33,6 +34,29 @@ inline Bytes luma_54_184_18(RgbPairs p) {
   const Words even = p.even.r * red + p.even.g * green + p.even.b * blue + 128;
   const Words odd = p.odd.r * red + p.odd.g * green + p.odd.b * blue + 128;
   return join_top_bytes(even, odd);
+}
+
+// And of a vector of pixels that are at hand as bytes. Red and blue have factors that fit a signed byte, so
+// that one instruction weighs both.
+template <int Red, int Green, int Blue, uint16_t Rounding>
+inline Bytes weighted_luma(const Rgb<Bytes>& p) {
+  const SignedBytes red_blue = as<SignedBytes>(factor<Words>(Blue << 8 | Red));
+  const auto weighted = [&](Bytes rb, Bytes g) {
+    const Words sum = as<Words>(multiply_add_pairs(rb, red_blue)) + as<Words>(g) * factor<Words>(Green);
+    return as<SignedWords>((sum + Rounding) >> 8);
+  };
+  return narrow_to_bytes(weighted(interleave_low(p.r, p.b), interleave_low(p.g, Bytes{})),
+                         weighted(interleave_high(p.r, p.b), interleave_high(p.g, Bytes{})));
+}
+
+inline Bytes luma_77_150_29(const Rgb<Bytes>& p) {
+  if constexpr (!kBytePermutes) return luma_77_150_29(pairs_of_bytes(p));
+  return weighted_luma<77, 150, 29, 0>(p);
+}
+
+inline Bytes luma_54_184_18(const Rgb<Bytes>& p) {
+  if constexpr (!kBytePermutes) return luma_54_184_18(pairs_of_bytes(p));
+  return weighted_luma<54, 184, 18, 128>(p);
 }
 
 }  // namespace qvn

@@ -1,7 +1,7 @@
 // Puts: what is written for a pixel's channels. A put knows its bytes a pixel and how many of them, the first
-// ones, it writes, how one pixel is written, and how a vector of consecutive pixels is, in the form `Form`;
-// it writes those bytes only. Puts that take bytes also take `halves`: blocks of 16 bytes that hold their
-// even pixels first, then their odd ones.
+// ones, it writes, how one pixel is written, and how a vector of consecutive pixels is, in the form `Form` or
+// as Rgb<Bytes>; it writes those bytes only. Puts whose Form is Rgb<Bytes> also take `halves`: blocks of 16
+// bytes that hold their even pixels first, then their odd ones.
 #pragma once
 
 #include <type_traits>
@@ -46,7 +46,10 @@ struct PutY8 {
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
   }
-  static void pixels(uint8_t* out, RgbPairs p) { store(out, luma_77_150_29(p)); }
+  template <class Pixels>
+  static void pixels(uint8_t* out, const Pixels& p) {
+    store(out, luma_77_150_29(p));
+  }
 };
 
 // Luma by the second set of weights.
@@ -57,7 +60,10 @@ struct PutY8Rounded {
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = static_cast<uint8_t>(luma_54_184_18(p.r, p.g, p.b));
   }
-  static void pixels(uint8_t* out, RgbPairs p) { store(out, luma_54_184_18(p)); }
+  template <class Pixels>
+  static void pixels(uint8_t* out, const Pixels& p) {
+    store(out, luma_54_184_18(p));
+  }
 };
 
 // Luma in all three bytes of a pixel.
@@ -68,7 +74,10 @@ struct PutGreyBgr {
   static void pixel(uint8_t* out, Rgb<uint32_t> p) {
     out[0] = out[1] = out[2] = static_cast<uint8_t>(luma_77_150_29(p.r, p.g, p.b));
   }
-  static void pixels(uint8_t* out, RgbPairs p) { store_triple(out, luma_77_150_29(p)); }
+  template <class Pixels>
+  static void pixels(uint8_t* out, const Pixels& p) {
+    store_triple(out, luma_77_150_29(p));
+  }
 };
 
 // A vector of pixels that are at hand as words, in the form that the put takes.
@@ -79,16 +88,6 @@ inline void put_pairs(uint8_t* out, RgbPairs p) {
   } else {
     Put::pixels(
         out, {join_bytes(p.even.r, p.odd.r), join_bytes(p.even.g, p.odd.g), join_bytes(p.even.b, p.odd.b)});
-  }
-}
-
-// The same of a vector of pixels that are at hand as bytes.
-template <class Put>
-inline void put_bytes(uint8_t* out, const Rgb<Bytes>& p) {
-  if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
-    Put::pixels(out, pairs_of_bytes(p));
-  } else {
-    Put::pixels(out, p);
   }
 }
 

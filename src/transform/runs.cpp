@@ -18,7 +18,7 @@ template <class Source, class Put>
   size_t x = 0;
   if constexpr (kVectorRows) {
     for (; x + kLaneBytes <= n; x += kLaneBytes) {
-      put_bytes<Put>(dst + x * Put::kPixelBytes, Source::pixels(src + x * Source::kPixelBytes));
+      Put::pixels(dst + x * Put::kPixelBytes, Source::pixels(src + x * Source::kPixelBytes));
     }
   }
   for (; x < n; ++x) Put::pixel(dst + x * Put::kPixelBytes, Source::pixel(src + x * Source::kPixelBytes));
@@ -75,12 +75,6 @@ bool rgba8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
   return true;
 }
 
-template <class Source>
-constexpr ByTarget<PixelRun> colour_runs() {
-  return {colour_run<Source, PutY8>, colour_run<Source, PutBgr>, colour_run<Source, PutBgra>,
-          colour_run<Source, PutY8Rounded>};
-}
-
 template <class Layout>
 constexpr ByTarget<PixelRun> yuv_runs() {
   return {row_run<yuv_to_packed<Layout, PutY8>>, row_run<yuv_to_packed<Layout, PutBgr>>,
@@ -115,7 +109,13 @@ constexpr ByTarget<PixelRun> kYuv422Runs = yuv_runs<Yuv422>();
 constexpr ByTarget<PixelRun> kYuv411Runs = yuv_runs<Yuv411>();
 constexpr ByTarget<PixelRun> kY8Runs = {copy_run, grey_run<FetchRaw8, GreyBgr>, grey_run<FetchRaw8, GreyBgra>,
                                         copy_run, y8_to_422_run};
-constexpr ByTarget<PixelRun> kY16Runs = colour_runs<PushedY16>();
+
+// A push of red and blue weighs (77 + 29) / 256, or (54 + 18) / 256 with the rounding's 128: never a whole
+// one, so that luma is the first byte.
+constexpr PixelRun kY16ToY8 = grey_run<FetchRaw16TopByte, GreyY8>;
+constexpr ByTarget<PixelRun> kY16Runs = {kY16ToY8, colour_run<PushedY16, PutBgr>,
+                                         colour_run<PushedY16, PutBgra>, kY16ToY8};
+
 constexpr ByTarget<PixelRun> kY12Runs = grey_runs<FetchRaw12TopByte, 2>();
 constexpr ByLayout<PixelRun> kY16LayoutRuns = by_layout<PixelRun, Y16LayoutRuns>();
 
