@@ -102,7 +102,8 @@ TEST(MatrixFixed, VectorsEqualPixels) {
 TEST(Curves, GiveTheRecipesResults) {
   const float laws[][2] = {{0.45F, 65535}, {2.2F, 4095}, {1, 255}, {-1, 255},     {0.5F, 0},
                            {0, 255},       {3, 1},       {7, -3},  {kNan, 65535}, {0.7F, kInfinity}};
-  for (const auto& [gamma, max_value] : laws) {
+  for (const auto& law_numbers : laws) {
+    const float gamma = law_numbers[0], max_value = law_numbers[1];
     const ColorCorrectionFloat record{CcGamma, 0, {}, gamma, max_value};
     const PowerLaw law(object(record));
     const auto literal = [&](uint32_t sample) {
