@@ -66,8 +66,10 @@ TEST(DefinedConversion, BothFormsAreEqual) {
   support::Random random(1);
   for (int i = 0; i < 200000; ++i) {
     const double any = std::bit_cast<double>(random.next());
-    const double near_the_ends = std::ldexp(any, static_cast<int>(random.below(70)) - std::ilogb(any));
-    for (const double value : {any, std::isfinite(any) && any != 0 ? near_the_ends : any}) {
+    const int exponent = static_cast<int>(random.below(70));
+    const bool has_exponent = std::isfinite(any) && any != 0;
+    const double near_the_ends = has_exponent ? std::ldexp(any, exponent - std::ilogb(any)) : any;
+    for (const double value : {any, near_the_ends}) {
       ASSERT_EQ(truncate_to_int32(value), tested_range::truncate_to_int32(value)) << value;
       ASSERT_EQ(truncate_to_int64(value), tested_range::truncate_to_int64(value)) << value;
     }
