@@ -90,15 +90,9 @@ inline QuadWords squeeze_fourth_bytes(DoubleWords pixels) {
 
 inline void store_quad_word(uint8_t* to, uint64_t bytes) { std::memcpy(to, &bytes, sizeof bytes); }
 
-inline void store_merge3_interleaved(uint8_t* to, Bytes a, Bytes b, Bytes c) {
-  static_assert(kBytePermutes || !kVectorRows || kLaneBytes == 16);
-  const Bytes zero{};
-  const Words ab_low = as<Words>(interleave_low(a, b)), ab_high = as<Words>(interleave_high(a, b));
-  const Words c_low = as<Words>(interleave_low(c, zero)), c_high = as<Words>(interleave_high(c, zero));
-  const QuadWords first = squeeze_fourth_bytes(as<DoubleWords>(interleave_low(ab_low, c_low)));
-  const QuadWords second = squeeze_fourth_bytes(as<DoubleWords>(interleave_high(ab_low, c_low)));
-  const QuadWords third = squeeze_fourth_bytes(as<DoubleWords>(interleave_low(ab_high, c_high)));
-  const QuadWords fourth = squeeze_fourth_bytes(as<DoubleWords>(interleave_high(ab_high, c_high)));
+// 48 bytes to `to`: the lower six of each of eight 64-bit lanes. For 16-byte vectors.
+inline void store_six_bytes_of_each(uint8_t* to, QuadWords first, QuadWords second, QuadWords third,
+                                    QuadWords fourth) {
   store_quad_word(to, first[0]);
   store_quad_word(to + 6, first[1]);
   store_quad_word(to + 12, second[0]);
@@ -108,6 +102,18 @@ inline void store_merge3_interleaved(uint8_t* to, Bytes a, Bytes b, Bytes c) {
   store_quad_word(to + 36, fourth[0]);
   // The last six bytes have nothing of ours behind them: eight bytes that end where they end.
   store_quad_word(to + 40, (fourth[0] >> 32) | (fourth[1] << 16));
+}
+
+inline void store_merge3_interleaved(uint8_t* to, Bytes a, Bytes b, Bytes c) {
+  static_assert(kBytePermutes || !kVectorRows || kLaneBytes == 16);
+  const Bytes zero{};
+  const Words ab_low = as<Words>(interleave_low(a, b)), ab_high = as<Words>(interleave_high(a, b));
+  const Words c_low = as<Words>(interleave_low(c, zero)), c_high = as<Words>(interleave_high(c, zero));
+  const QuadWords first = squeeze_fourth_bytes(as<DoubleWords>(interleave_low(ab_low, c_low)));
+  const QuadWords second = squeeze_fourth_bytes(as<DoubleWords>(interleave_high(ab_low, c_low)));
+  const QuadWords third = squeeze_fourth_bytes(as<DoubleWords>(interleave_low(ab_high, c_high)));
+  const QuadWords fourth = squeeze_fourth_bytes(as<DoubleWords>(interleave_high(ab_high, c_high)));
+  store_six_bytes_of_each(to, first, second, third, fourth);
 }
 
 inline void store_merge3(uint8_t* to, Bytes a, Bytes b, Bytes c) {

@@ -52,15 +52,7 @@ inline void store_merge3_interleaved(uint8_t* to, Words a, Words b, Words c) {
   const QuadWords second = as<QuadWords>(interleave_high(ab_low, c_low));
   const QuadWords third = as<QuadWords>(interleave_low(ab_high, c_high));
   const QuadWords fourth = as<QuadWords>(interleave_high(ab_high, c_high));
-  store_quad_word(to, first[0]);
-  store_quad_word(to + 6, first[1]);
-  store_quad_word(to + 12, second[0]);
-  store_quad_word(to + 18, second[1]);
-  store_quad_word(to + 24, third[0]);
-  store_quad_word(to + 30, third[1]);
-  store_quad_word(to + 36, fourth[0]);
-  // The last pixel has nothing of ours behind it: eight bytes that end where it ends.
-  store_quad_word(to + 40, (fourth[0] >> 32) | (fourth[1] << 16));
+  store_six_bytes_of_each(to, first, second, third, fourth);
 }
 
 // 3 * kLaneBytes bytes to `to`: words a[0] b[0] c[0] a[1] b[1] c[1] ...

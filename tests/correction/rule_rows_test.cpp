@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "correction/dispatch.h"
@@ -147,8 +148,8 @@ TEST(GammaOfWords, LargeFramesEqualTheirLines) {
   for (const Entry& entry : {Entry{raw16_to_bgr16_corrected, 6}, Entry{raw16_to_y16_corrected, 2}}) {
     const size_t line_bytes = entry.pixel_bytes * kWidth;
     for (const uint32_t kind : {CcGamma, CcGammaMatrix}) {
-      for (const uint32_t shift : {0U, 1U, 3U, 4U, 32U}) {
-        const uint32_t pattern = shift & 3;
+      for (const auto& [shift, pattern] :
+           {std::pair{0U, 0U}, {0U, 2U}, {1U, 1U}, {1U, 2U}, {3U, 3U}, {4U, 0U}, {32U, 2U}}) {
         const ColorCorrectionFloat record{kind,
                                           0,
                                           {0.9F, 0.2F, -0.1F, 0.1F, 0.8F, 0, 0, 0.1F, 0.9F},
@@ -164,8 +165,27 @@ TEST(GammaOfWords, LargeFramesEqualTheirLines) {
                                  whole.begin() + static_cast<ptrdiff_t>(line_bytes * row)))
               << "kind " << kind << ", shift " << shift << ", line " << row;
         }
+        EXPECT_TRUE(std::equal(whole.end() - static_cast<ptrdiff_t>(line_bytes), whole.end(),
+                               whole.end() - static_cast<ptrdiff_t>(2 * line_bytes)))
+            << "kind " << kind << ", shift " << shift << ", last line";
       }
     }
+  }
+}
+
+// What callers see of both refusals is one status; which one it is shows in a trace alone.
+TEST(KindMap, TellsTheTwoRefusalsApart) {
+  const auto result = [](Family family, uint32_t kind) {
+    return static_cast<int32_t>(rule_of(family, reinterpret_cast<const ColorCorrection*>(&kind)));
+  };
+  for (const Family family : {Family::kRaw8, Family::kRaw12ToBgr, Family::kRaw12ToBgr16,
+                              Family::kRaw16ToBgr16, Family::kRaw16ToY16}) {
+    const bool deep = family == Family::kRaw16ToBgr16 || family == Family::kRaw16ToY16;
+    for (const uint32_t kind : {0U, 10U, 11U, 0x80000001U, 0xFFFFFFFFU}) EXPECT_EQ(result(family, kind), -3);
+    EXPECT_EQ(result(family, CcReserved6), deep ? -3 : -4);
+    EXPECT_EQ(result(family, CcTableList), family == Family::kRaw16ToY16 ? -4 : -3);
+    EXPECT_EQ(result(family, family == Family::kRaw8 ? CcMatrixInt16 : CcMatrixInt8), -4);
+    EXPECT_EQ(result(family, family == Family::kRaw8 ? CcTable16 : CcTable8), -4);
   }
 }
 
