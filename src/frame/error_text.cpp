@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 
 #include "frame/start_up.h"
 
@@ -111,11 +112,11 @@ void copy_bounded(const char* text, char* buffer, uint32_t size) {
 }  // namespace
 
 void build_error_text_map() {
-  auto* map = new ErrorTextMap;
+  auto map = std::make_unique<ErrorTextMap>();
   for (size_t row = 0; ErrorTable[row].text != nullptr; ++row) {
     map->emplace(static_cast<int32_t>(ErrorTable[row].code), row);
   }
-  error_text_map = map;
+  error_text_map = map.release();
   exit_list.add(free_error_text_map);
 }
 

@@ -1,5 +1,5 @@
-// The seam to the operating system. Everything that the library asks of a system stands here; the two files
-// platform_posix.cpp and platform_windows.cpp answer it, and no other file includes a system header.
+// The seam to the operating system. Everything that the library asks of a system stands here; the
+// platform_*.cpp files answer it, and no other file includes a system header.
 //
 // The loader's notifications come from the system as well: the platform files hold the functions that the
 // loader calls and pass them on to start_up.h.

@@ -1,12 +1,6 @@
-// The POSIX side of the platform seam.
-//
-// The version record is an ELF note in the library's own image, which `readelf -n` shows. It is looked up at
-// run time in the image that holds this code, so a file without the note loads as one without a record.
-#include <dlfcn.h>
-#include <elf.h>
-#include <link.h>
+// The POSIX side of the platform seam, apart from the library's own file: platform_elf.cpp and
+// platform_wasm.cpp.
 #include <pthread.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -22,83 +16,6 @@
 namespace qvn {
 namespace {
 
-constexpr char kNoteOwner[] = "Quorvane";
-constexpr uint32_t kVersionNoteType = 1;
-
-// Note fields are padded to words; the structure spells the padding of the owner's 9 bytes out.
-struct VersionNote {
-  uint32_t owner_size;
-  uint32_t description_size;
-  uint32_t type;
-  char owner[(sizeof kNoteOwner + 3) / 4 * 4];
-  VersionRecord record;
-};
-static_assert(sizeof(VersionNote) == 12 + 12 + 16, "a note has no gaps");
-
-[[gnu::section(".note.quorvane.version"), gnu::used, gnu::aligned(4)]] const VersionNote version_note = {
-    sizeof kNoteOwner,
-    sizeof(VersionRecord),
-    kVersionNoteType,
-    "Quorvane",
-    {{QUORVANE_VERSION_MAJOR, QUORVANE_VERSION_MINOR, QUORVANE_VERSION_PATCH, QUORVANE_VERSION_TWEAK},
-     {QUORVANE_VERSION_MAJOR, QUORVANE_VERSION_MINOR, QUORVANE_VERSION_PATCH, QUORVANE_VERSION_TWEAK}}};
-
-// The loader tells addresses as numbers.
-const std::byte* address_in(const dl_phdr_info& image, uintptr_t offset) {
-  const auto address = static_cast<uintptr_t>(image.dlpi_addr) + offset;
-  return reinterpret_cast<const std::byte*>(address);  // NOLINT(performance-no-int-to-ptr)
-}
-
-bool image_holds(const dl_phdr_info& image, const void* address) {
-  for (size_t i = 0; i < image.dlpi_phnum; ++i) {
-    const auto& segment = image.dlpi_phdr[i];
-    if (segment.p_type != PT_LOAD) continue;
-    const auto distance = reinterpret_cast<uintptr_t>(address) -
-                          reinterpret_cast<uintptr_t>(address_in(image, segment.p_vaddr));
-    if (distance < segment.p_memsz) return true;
-  }
-  return false;
-}
-
-// The notes of one segment, one behind the other: header, owner, description, the latter two padded.
-bool find_record(const std::byte* notes, size_t size, size_t alignment, VersionRecord& record) {
-  const auto padded = [alignment](size_t length) { return (length + alignment - 1) / alignment * alignment; };
-  ElfW(Nhdr) header;
-  while (size >= sizeof header) {
-    std::memcpy(&header, notes, sizeof header);
-    const size_t description = padded(sizeof header + header.n_namesz);
-    const size_t whole = description + header.n_descsz;
-    if (whole > size) return false;
-    if (header.n_type == kVersionNoteType && header.n_namesz == sizeof kNoteOwner &&
-        header.n_descsz == sizeof record &&
-        std::memcmp(notes + sizeof header, kNoteOwner, sizeof kNoteOwner) == 0) {
-      std::memcpy(&record, notes + description, sizeof record);
-      return true;
-    }
-    if (padded(whole) >= size) return false;
-    notes += padded(whole);
-    size -= padded(whole);
-  }
-  return false;
-}
-
-struct Search {
-  VersionRecord* record;
-  bool found;
-};
-
-int search_image(dl_phdr_info* image, size_t, void* argument) {
-  if (!image_holds(*image, &version_note)) return 0;
-  auto& search = *static_cast<Search*>(argument);
-  for (size_t i = 0; i < image->dlpi_phnum && !search.found; ++i) {
-    const auto& segment = image->dlpi_phdr[i];
-    if (segment.p_type != PT_NOTE) continue;
-    search.found = find_record(address_in(*image, segment.p_vaddr), segment.p_memsz,
-                               segment.p_align == 8 ? 8 : 4, *search.record);
-  }
-  return 1;
-}
-
 // The text that this code has where it comes from; no POSIX system knows it.
 const char* text_of(uint32_t code) {
   if (code == QVN_E_FAIL) return "Unspecified error";
@@ -110,21 +27,6 @@ const char* text_of(uint32_t code) {
 }
 
 }  // namespace
-
-bool read_own_version(VersionRecord& record) {
-  Search search = {&record, false};
-  dl_iterate_phdr(search_image, &search);
-  return search.found;
-}
-
-OwnPath read_own_path() {
-  OwnPath path = {};
-  Dl_info image;
-  if (dladdr(&version_note, &image) != 0 && image.dli_fname != nullptr) {
-    std::strncpy(path.data(), image.dli_fname, path.size() - 1);
-  }
-  return path;
-}
 
 void write_system_text(uint32_t code, char* buffer, uint32_t size) {
   const char* text = text_of(code);
@@ -145,7 +47,7 @@ void report_invalid_parameter() {
 
 uint32_t process_id() { return static_cast<uint32_t>(getpid()); }
 
-uint32_t thread_id() { return static_cast<uint32_t>(syscall(SYS_gettid)); }
+uint32_t thread_id() { return static_cast<uint32_t>(gettid()); }
 
 int64_t read_counter() {
   timespec now = {};

@@ -3,8 +3,7 @@
 #include "frame/start_up.h"
 
 #include <cstdio>
-#include <memory_resource>
-#include <string>
+#include <memory>
 
 #include "convert/yuv_tables.h"
 #include "frame/error_text.h"
@@ -19,7 +18,10 @@ constinit ExitList exit_list;
 
 namespace {
 
-constinit std::pmr::memory_resource* text_heap = nullptr;
+using Text = std::unique_ptr<char[]>;
+using TextMemory = Text (*)(size_t size);
+
+constinit TextMemory take_text_memory = nullptr;
 
 using Initialiser = void (*)();
 constexpr Initialiser kLoadOrder[] = {
@@ -27,7 +29,7 @@ constexpr Initialiser kLoadOrder[] = {
     build_yuv_tables,  // finds its guard cleared
 };
 
-std::pmr::string version_line(const OwnPath& path, const VersionRecord& record) {
+Text version_line(const OwnPath& path, const VersionRecord& record) {
   const auto& product = record.product;
   const auto& file = record.file;
   const auto print = [&](char* line, size_t size) {
@@ -35,8 +37,9 @@ std::pmr::string version_line(const OwnPath& path, const VersionRecord& record) 
         line, size, "File %s (Prod. version %u.%u.%u.%u, File version %u.%u.%u.%u)", path.data(), product[0],
         product[1], product[2], product[3], file[0], file[1], file[2], file[3]));
   };
-  std::pmr::string line(print(nullptr, 0), '\0', text_heap);
-  print(line.data(), line.size() + 1);
+  const size_t size = print(nullptr, 0) + 1;
+  Text line = take_text_memory(size);
+  print(line.get(), size);
   return line;
 }
 
@@ -49,11 +52,11 @@ void ExitList::run_in_reverse() {
 }
 
 void bind_string_support() {
-  text_heap = std::pmr::new_delete_resource();
+  take_text_memory = [](size_t size) { return std::make_unique<char[]>(size); };
   exit_list.add(release_string_support);
 }
 
-void release_string_support() { text_heap = nullptr; }
+void release_string_support() { take_text_memory = nullptr; }
 
 void run_initialisers() {
   for (const Initialiser initialise : kLoadOrder) initialise();
@@ -66,8 +69,8 @@ int notify(VersionReader read_version) {
   VersionRecord record;
   if (!read_version(record)) return 1;
   version_word.store(version_word_of(record.product), std::memory_order_relaxed);
-  const std::pmr::string line = version_line(path, record);
-  if (process_logger != nullptr) process_logger->Log(kInfo, line.c_str());
+  const Text line = version_line(path, record);
+  if (process_logger != nullptr) process_logger->Log(kInfo, line.get());
   return 1;
 }
 
