@@ -21,12 +21,22 @@ constexpr Recipe2x2 kRaw16ToBgr = packed<FetchRaw16TopByte, PutBgr, BlackPixel>(
 
 constexpr Recipe2x2 kRaw8ToYuv444 = packed<FetchRaw8, PutYuv444, CopyOfPixelBefore>(ColumnStep::kOne);
 
+uint8_t* demosaic_lines_2x2(const Recipe2x2& recipe, uint8_t* dst, const uint8_t* src, uint32_t width,
+                            uint32_t height, uint32_t pattern) {
+  const uint32_t pixels = line_pixels(recipe.columns, width);
+  const size_t out_bytes = pixels * recipe.pixel_bytes, src_bytes = recipe.src_line_bytes(width);
+  const auto line = [&](const CellLine& cells, uint8_t* out) { recipe.line(cells, out, pixels); };
+  const auto streamed_line = [&](const CellLine& cells, Stream& stream) {
+    recipe.streamed_line(cells, stream, pixels);
+  };
+  return recipe.streamed_line == nullptr
+             ? walk_2x2(dst, out_bytes, src, src_bytes, height, pattern, line)
+             : walk_2x2(dst, out_bytes, src, src_bytes, height, pattern, line, streamed_line);
+}
+
 void demosaic_2x2(const Recipe2x2& recipe, uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                   uint32_t pattern) {
-  const uint32_t pixels = line_pixels(recipe.columns, width);
-  uint8_t* last =
-      walk_2x2(dst, pixels * recipe.pixel_bytes, src, recipe.src_line_bytes(width), height, pattern,
-               [&](const CellLine& line, uint8_t* out) { recipe.line(line, out, pixels); });
+  uint8_t* last = demosaic_lines_2x2(recipe, dst, src, width, height, pattern);
   copy_last_line(last, recipe.dst_line_bytes(width));
 }
 

@@ -14,6 +14,13 @@
 
 namespace qvn {
 
+// The line from column x on; x is even.
+template <class Fetch>
+CellLine line_from(const CellLine& line, size_t x) {
+  const size_t skipped = Fetch::line_bytes(static_cast<uint32_t>(x));
+  return {line.red + skipped, line.blue + skipped, line.column_phase};
+}
+
 // The colours of the window at column x.
 template <class Fetch>
 inline Rgb<uint32_t> window_2x2(const CellLine& line, size_t x) {

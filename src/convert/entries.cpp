@@ -3,6 +3,8 @@
 #include "convert/planes.h"
 #include "convert/yuv_to_bgr.h"
 #include "frame/call_frame.h"
+#include "pixel/put.h"
+#include "pixel/stream.h"
 
 using namespace qvn;
 
@@ -13,6 +15,14 @@ using PlaneRow = void (*)(const Planes& planes, const uint8_t* src, size_t n);
 
 uint32_t run_row(const char* name, Row row, uint8_t* dst, const uint8_t* src, uint32_t count) {
   return run_entry(name, {dst, src}, [&] { row(dst, src, count); });
+}
+
+// To BGR without arithmetic, which the memory alone holds up. Two pixels of the source are
+// `source_pair_bytes`.
+uint32_t run_bgr_row(const char* name, Row row, uint8_t* dst, const uint8_t* src, size_t source_pair_bytes,
+                     uint32_t count) {
+  return run_entry(name, {dst, src},
+                   [&] { stream_run<PutBgr::kPixelBytes>(dst, src, source_pair_bytes, count, row); });
 }
 
 SampleOrder sample_order(uint32_t byte_swap) { return byte_swap != 0 ? SampleOrder::kBigEndian : kHostOrder; }
@@ -48,7 +58,7 @@ uint32_t QVN_YUV411ToBGR(uint8_t* dst, const uint8_t* src, uint32_t count) {
 }
 
 uint32_t QVN_RGB8ToBGR(uint8_t* dst, const uint8_t* src, uint32_t count) {
-  return run_row(__func__, rgb8_to_bgr, dst, src, count);
+  return run_bgr_row(__func__, rgb8_to_bgr, dst, src, 6, count);
 }
 
 uint32_t QVN_RGB8ToY8(uint8_t* dst, const uint8_t* src, uint32_t count) {
@@ -56,7 +66,7 @@ uint32_t QVN_RGB8ToY8(uint8_t* dst, const uint8_t* src, uint32_t count) {
 }
 
 uint32_t QVN_Y8ToBGR(uint8_t* dst, const uint8_t* src, uint32_t count) {
-  return run_row(__func__, y8_to_bgr, dst, src, count);
+  return run_bgr_row(__func__, y8_to_bgr, dst, src, 2, count);
 }
 
 uint32_t QVN_Y16ToBGR(uint8_t* dst, const uint8_t* src, uint32_t count) {

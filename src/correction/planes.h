@@ -78,13 +78,6 @@ struct PlaneOutput {
   void pixels(size_t x, const Form& p) const { store_pixels(planes, x, p); }
 };
 
-// The line from column x on; x is even.
-template <class Fetch>
-CellLine line_from(const CellLine& line, size_t x) {
-  const size_t skipped = Fetch::line_bytes(static_cast<uint32_t>(x));
-  return {line.red + skipped, line.blue + skipped, line.column_phase};
-}
-
 // Writes n pixels.
 template <class Put, class T>
 void put_planes(uint8_t* out, const Planes<T>& planes, size_t n) {

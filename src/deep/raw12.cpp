@@ -11,6 +11,8 @@ constexpr uint32_t kValues = 4096;
 
 constexpr Recipe2x2 kRaw12ToBgr =
     recipe_2x2<FetchRaw12TopByte, PackedPixels<PutBgr>, CopyOfPixelBefore>(ColumnStep::kTwo);
+constexpr Recipe2x2 kRaw12ToBgr16 =
+    recipe_2x2<FetchRaw12, PackedPixels<PutBgr16>, CopyOfPixelBefore>(ColumnStep::kTwo);
 
 // The rule that changes nothing.
 struct Uncorrected {
@@ -53,10 +55,7 @@ void raw12_to_bgr16(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t h
     const Uncorrected rule;
     last = lines_of_two(rule, dst, src, height, pattern);
   } else {
-    constexpr auto kLine = line_2x2<FetchRaw12, PackedPixels<PutBgr16>, CopyOfPixelBefore>;
-    const uint32_t pixels = line_pixels(ColumnStep::kTwo, width);
-    last = walk_2x2(dst, size_t{PutBgr16::kPixelBytes} * pixels, src, FetchRaw12::line_bytes(width), height,
-                    pattern, [&](const CellLine& line, uint8_t* out) { kLine(line, out, pixels); });
+    last = demosaic_lines_2x2(kRaw12ToBgr16, dst, src, width, height, pattern);
   }
   copy_half_last_line(last, width);
 }

@@ -23,12 +23,20 @@ void demosaic(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
               uint32_t shift) {
   const size_t pixels = line_pixels(ColumnStep::kTwo, width), windows = pixels - End::kPixels;
   uint8_t* last = with_raw16_reading(shift, [&]<class Fetch, class Shift>(Fetch, Shift channel_shift) {
-    return walk_2x2(dst, pixels * Put::kPixelBytes, src, Fetch::line_bytes(width), height, pattern,
-                    [&](const CellLine& line, uint8_t* out) {
-                      const ShiftedPixels<Put, Shift> output{{out}, channel_shift};
-                      row_2x2<Fetch>(output, line, windows);
-                      End::finish<Fetch>(output, line, windows);
-                    });
+    const auto output_at = [&](uint8_t* place) { return ShiftedPixels<Put, Shift>{{place}, channel_shift}; };
+    const auto run_line = [&](const CellLine& line, uint8_t* out) {
+      row_2x2<Fetch>(output_at(out), line, windows);
+      End::finish<Fetch>(output_at(out), line, windows);
+    };
+    const size_t out_bytes = pixels * Put::kPixelBytes, src_bytes = Fetch::line_bytes(width);
+    if constexpr (kStreamed<Put>) {
+      return walk_2x2(dst, out_bytes, src, src_bytes, height, pattern, run_line,
+                      [&](const CellLine& line, Stream& stream) {
+                        streamed_line_2x2<Fetch, End>(line, stream, pixels, output_at);
+                      });
+    } else {
+      return walk_2x2(dst, out_bytes, src, src_bytes, height, pattern, run_line);
+    }
   });
   copy_last_line(last, size_t{Put::kPixelBytes} * width);
 }

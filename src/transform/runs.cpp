@@ -6,6 +6,7 @@
 
 #include "convert/mono_rgb.h"
 #include "convert/yuv_rows.h"
+#include "pixel/stream.h"
 #include "transform/colour_sources.h"
 #include "transform/put_grey.h"
 
@@ -52,6 +53,16 @@ bool row_run(uint8_t* dst, const uint8_t* src, size_t n) {
   return true;
 }
 
+// Of pixels that are made without arithmetic, which the memory alone holds up.
+template <PixelRun run, size_t kPixelBytes, size_t kSourcePairBytes>
+bool large_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  return stream_run<kPixelBytes>(dst, src, kSourcePairBytes, n, run);
+}
+
+template <class Fetch, class Put, size_t kGroup = 1>
+constexpr PixelRun kLargeGreyRun =
+    large_run<grey_run<Fetch, Put, kGroup>, Put::kPixelBytes, Fetch::line_bytes(2)>;
+
 // The group of an odd last pixel has both of its chroma bytes, and no second luma.
 bool y8_to_422_run(uint8_t* dst, const uint8_t* src, size_t n) {
   grey_run<FetchRaw8, GreyHalf422>(dst, src, n);
@@ -85,7 +96,7 @@ constexpr ByTarget<PixelRun> yuv_runs() {
 template <class Fetch, size_t kGroup = 1>
 constexpr ByTarget<PixelRun> grey_runs() {
   constexpr PixelRun kY8 = grey_run<Fetch, GreyY8, kGroup>;
-  return {kY8, grey_run<Fetch, GreyBgr, kGroup>, grey_run<Fetch, GreyBgra, kGroup>, kY8};
+  return {kY8, kLargeGreyRun<Fetch, GreyBgr, kGroup>, grey_run<Fetch, GreyBgra, kGroup>, kY8};
 }
 
 struct Y16LayoutRuns {
@@ -93,22 +104,22 @@ struct Y16LayoutRuns {
   static constexpr ByTarget<PixelRun> of() {
     ByTarget<PixelRun> runs = grey_runs<FetchShiftedRaw16TopByte<Order, Shift>>();
     runs[5] = runs[6] = grey_run<FetchRaw16<Order, Shift>, GreyY16>;
-    runs[7] = grey_run<FetchRaw16<Order, Shift>, GreyBgr16>;
+    runs[7] = kLargeGreyRun<FetchRaw16<Order, Shift>, GreyBgr16>;
     return runs;
   }
 };
 
 }  // namespace
 
-constexpr ByTarget<PixelRun> kRgb8Runs = {colour_run<Rgb8, PutY8>, row_run<rgb8_to_bgr>,
+constexpr ByTarget<PixelRun> kRgb8Runs = {colour_run<Rgb8, PutY8>, large_run<row_run<rgb8_to_bgr>, 3, 6>,
                                           colour_run<Rgb8, PutBgra>, colour_run<Rgb8, PutY8Rounded>};
 constexpr ByTarget<PixelRun> kRgba8Runs = {colour_run<Rgba8, PutY8>, colour_run<Rgba8, PutBgr>,
                                            rgba8_to_bgra_run, colour_run<Rgba8, PutY8Rounded>};
 constexpr ByTarget<PixelRun> kYuv444Runs = yuv_runs<Yuv444>();
 constexpr ByTarget<PixelRun> kYuv422Runs = yuv_runs<Yuv422>();
 constexpr ByTarget<PixelRun> kYuv411Runs = yuv_runs<Yuv411>();
-constexpr ByTarget<PixelRun> kY8Runs = {copy_run, grey_run<FetchRaw8, GreyBgr>, grey_run<FetchRaw8, GreyBgra>,
-                                        copy_run, y8_to_422_run};
+constexpr ByTarget<PixelRun> kY8Runs = {copy_run, kLargeGreyRun<FetchRaw8, GreyBgr>,
+                                        grey_run<FetchRaw8, GreyBgra>, copy_run, y8_to_422_run};
 
 // A push of red and blue weighs (77 + 29) / 256, or (54 + 18) / 256 with the rounding's 128: never a whole
 // one, so that luma is the first byte.
