@@ -1,6 +1,8 @@
 // From an object to its rule: what stands between a _CC entry and its kernel.
 #pragma once
 
+#include <limits>
+
 #include "correction/gamma.h"
 #include "correction/kind_map.h"
 #include "correction/matrix_fixed.h"
@@ -10,8 +12,9 @@ namespace qvn {
 
 // What goes through a rule in the conversion of a frame.
 struct SampleRange {
-  uint32_t values;   // samples, and results that go through it again, are below this
-  uint64_t samples;  // how many samples there are
+  uint32_t values;           // samples of windows are below this
+  uint64_t samples;          // how many samples there are
+  bool and_results = false;  // whether results, of whatever size, go through it again
 };
 
 // Runs kernel(rule) with a rule made of the arguments. Never inlined, so that the curves of rules that are
@@ -22,10 +25,19 @@ template <class CorrectionRule, class Kernel, class... Arguments>
   kernel(rule);
 }
 
+// Whether no look-up can leave a table. To look through all entries pays where there are fewer of them than
+// samples.
+template <class T>
+bool stays_inside(const TableEntries<T>& entries, const SampleRange& range) {
+  constexpr uint32_t kAllValues = std::numeric_limits<T>::max() + 1U;
+  if (!range.and_results || entries.cover(kAllValues)) return entries.cover(range.values);
+  return entries.cover(range.values) && range.values <= range.samples && entries.hold_indices(range.values);
+}
+
 template <class T, class Kernel>
 void run_table(const ColorCorrection* object, const SampleRange& range, const Kernel& kernel) {
   const TableEntries<T> entries(object);
-  if (entries.cover(range.values)) {
+  if (stays_inside(entries, range)) {
     run_rule<Table<T>>(kernel, entries);
   } else {
     run_rule<ShortTable<T>>(kernel, entries);
@@ -34,12 +46,13 @@ void run_table(const ColorCorrection* object, const SampleRange& range, const Ke
 
 template <template <class, class> class GammaRule, class T, class Kernel>
 void run_gamma(const ColorCorrection* object, const SampleRange& range, const Kernel& kernel) {
-  constexpr uint32_t kTableValues = sizeof(T) == 1 ? 256 : 4096;
   if (range.samples < range.values) {
     run_rule<GammaRule<T, RecipeCurve<T>>>(kernel, object);
-  } else if (range.values <= kTableValues) {
-    run_rule<GammaRule<T, TableCurve<T, kTableValues>>>(kernel, object);
-  } else if constexpr (sizeof(T) == 2) {
+  } else if constexpr (sizeof(T) == 1) {
+    run_rule<GammaRule<T, ByteCurve>>(kernel, object);
+  } else if (range.values <= ShortWordCurve::kValues && !range.and_results) {
+    run_rule<GammaRule<T, ShortWordCurve>>(kernel, object);
+  } else {
     run_rule<GammaRule<T, RecentCurve>>(kernel, object);
   }
 }

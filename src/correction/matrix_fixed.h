@@ -26,12 +26,14 @@ class MatrixFixed16 {
     if (!kVectorRows) return row_plain(p, from, to);
     for (size_t x = from; x < to; x += kLaneBytes) {
       const Rgb<Bytes> in = load_pixels<Bytes>(p, x);
-      const Rgb<Words> even = {even_bytes(in.r), even_bytes(in.g), even_bytes(in.b)};
-      const Rgb<Words> odd = {odd_bytes(in.r), odd_bytes(in.g), odd_bytes(in.b)};
-      store_pixels(
-          p, x,
-          Rgb<Bytes>{join_bytes(lanes(0, even), lanes(0, odd)), join_bytes(lanes(1, even), lanes(1, odd)),
-                     join_bytes(lanes(2, even), lanes(2, odd))});
+      const Bytes zero{};
+      const Rgb<Words> low = {as<Words>(interleave_low(in.r, zero)), as<Words>(interleave_low(in.g, zero)),
+                              as<Words>(interleave_low(in.b, zero))};
+      const Rgb<Words> high = {as<Words>(interleave_high(in.r, zero)), as<Words>(interleave_high(in.g, zero)),
+                               as<Words>(interleave_high(in.b, zero))};
+      // To narrow is to stop at 0.
+      const auto channel = [&](int row) { return narrow_to_bytes(lanes(row, low), lanes(row, high)); };
+      store_pixels(p, x, Rgb<Bytes>{channel(0), channel(1), channel(2)});
     }
   }
   void row_plain(Planes<uint8_t>& p, size_t from, size_t to) const {
@@ -48,10 +50,9 @@ class MatrixFixed16 {
     return static_cast<uint8_t>(shifted < 0 ? 0 : shifted);
   }
 
-  Words lanes(int row, const Rgb<Words>& p) const {
+  SignedWords lanes(int row, const Rgb<Words>& p) const {
     const uint16_t* c = c_ + 3 * row;
-    const SignedWords shifted = as<SignedWords>(p.r * c[0] + p.g * c[1] + p.b * c[2]) >> kFractionBits;
-    return as<Words>(shifted & ~(shifted >> 15));
+    return as<SignedWords>(p.r * c[0] + p.g * c[1] + p.b * c[2]) >> kFractionBits;
   }
 
   uint16_t c_[9];
@@ -113,11 +114,12 @@ class MatrixFixed32 {
     return static_cast<T>(std::clamp(static_cast<int32_t>(sum) >> kFractionBits, 0, 0xFFFF));
   }
 
-  // Products of signed words make the sums. For that, 32768 is taken off every sample, and the sum of the
-  // coefficients times 32768 is added again.
+  // Products of signed words make the sums. For that, 32768 is taken off every sample that is a word, and the
+  // sum of the coefficients times 32768 is added again.
+  static constexpr uint16_t kTaken = sizeof(T) == 1 ? 0 : 32768;
   struct Factors {
     explicit Factors(const Rgb<Words>& p)
-        : signed_samples{p.r ^ 0x8000, p.g ^ 0x8000, p.b ^ 0x8000},
+        : signed_samples{p.r ^ kTaken, p.g ^ kTaken, p.b ^ kTaken},
           red_green_low(interleave_low(signed_samples.r, signed_samples.g)),
           red_green_high(interleave_high(signed_samples.r, signed_samples.g)),
           blue_low(interleave_low(signed_samples.b, Words{})),
@@ -136,7 +138,7 @@ class MatrixFixed32 {
     const uint32_t* c = c_ + 3 * row;
     const Words red_green = as<Words>(DoubleWords{} + (c[0] & 0xFFFF) + (c[1] << 16));
     const Words blue = as<Words>(DoubleWords{} + (c[2] & 0xFFFF));
-    const uint32_t offset = (c[0] + c[1] + c[2]) << 15;
+    const uint32_t offset = (c[0] + c[1] + c[2]) * kTaken;
     DoubleWords low = products(p.red_green_low, red_green) + products(p.blue_low, blue) + offset;
     DoubleWords high = products(p.red_green_high, red_green) + products(p.blue_high, blue) + offset;
     if (wide_) {

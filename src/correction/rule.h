@@ -31,18 +31,4 @@ void correct_pixels(Planes<T>& p, size_t from, size_t to, const Correct& correct
   }
 }
 
-// A channel's samples, each by itself.
-template <class T, class Correct>
-void correct_plane(Plane<T>& plane, size_t from, size_t to, const Correct& correct) {
-  size_t x = from;
-  for (; x + 4 <= to; x += 4) {
-    const T a = plane[x], b = plane[x + 1], c = plane[x + 2], d = plane[x + 3];
-    plane[x] = correct(a);
-    plane[x + 1] = correct(b);
-    plane[x + 2] = correct(c);
-    plane[x + 3] = correct(d);
-  }
-  for (; x < to; ++x) plane[x] = correct(plane[x]);
-}
-
 }  // namespace qvn

@@ -1,9 +1,11 @@
 // The table rule: every channel is the entry at its value. Entries are bytes or words, T as the samples.
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <cstring>
+#include <type_traits>
 
+#include "correction/byte_table.h"
 #include "correction/color_correction.h"
 #include "correction/curve.h"
 #include "frame/platform.h"
@@ -24,6 +26,13 @@ class TableEntries {
   // Whether every value below `values` is an index.
   bool cover(uint32_t values) const { return entries_ != nullptr && length_ >= int64_t{values}; }
 
+  // Whether each of the first `count` entries is an index, too.
+  bool hold_indices(uint32_t count) const {
+    T largest = 0;
+    for (uint32_t i = 0; i < count; ++i) largest = std::max(largest, (*this)[static_cast<T>(i)]);
+    return largest < length_;
+  }
+
   // Reports an index that has no entry. The report may return.
   void check(T index) const {
     if (entries_ == nullptr || index >= length_) report_invalid_parameter();
@@ -42,29 +51,23 @@ class TableEntries {
 
 // A table that covers all values. Bytes are copied first: as stores of bytes may change anything, the place
 // of the table would be looked up for every sample.
-template <class T>
-class EntryCurve {
+class WordEntries {
  public:
-  explicit EntryCurve(const TableEntries<T>& entries) : entries_(entries) {}
-  T operator()(T sample) const { return entries_[sample]; }
+  explicit WordEntries(const TableEntries<uint16_t>& entries) : entries_(entries) {}
+  uint16_t operator()(uint16_t sample) const { return entries_[sample]; }
+  void row(uint16_t* samples, size_t n) const { look_up_words(samples, n, *this); }
 
  private:
-  TableEntries<T> entries_;
+  TableEntries<uint16_t> entries_;
 };
-template <>
-class EntryCurve<uint8_t> {
+class ByteEntries : public ByteTable {
  public:
-  explicit EntryCurve(const TableEntries<uint8_t>& entries) {
-    for (size_t i = 0; i < entries_.size(); ++i) entries_[i] = entries[static_cast<uint8_t>(i)];
-  }
-  uint8_t operator()(uint8_t sample) const { return entries_[sample]; }
-
- private:
-  std::array<uint8_t, 256> entries_;
+  explicit ByteEntries(const TableEntries<uint8_t>& entries)
+      : ByteTable([&](uint8_t sample) { return entries[sample]; }) {}
 };
 
 template <class T>
-using Table = ByCurve<T, EntryCurve<T>>;
+using Table = ByCurve<T, std::conditional_t<sizeof(T) == 1, ByteEntries, WordEntries>>;
 
 // One that may not. Reports come in the order of the pixels, of each red, green, blue; after one that
 // returns, what lies outside the table is read as if nothing had been.

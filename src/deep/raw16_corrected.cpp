@@ -14,8 +14,6 @@ using WordPlanes = Planes<uint16_t>;
 using WordChannel = Channel<uint16_t>;
 using End = TwoCopiesOfPixelBefore;
 
-constexpr uint32_t kAllWords = 65536;  // results of a rule go through it again, whatever the shift
-
 constexpr WordChannel shared_channel(const CellLine& line) {
   return line.column_phase == 0 ? &WordPlanes::b : &WordPlanes::r;
 }
@@ -51,21 +49,83 @@ struct ShiftedPlanes : PlaneOutput<uint16_t> {
   void pixels(size_t x, const Form& p) const { PlaneOutput::pixels(x, shift(p)); }
 };
 
-void shifted_windows(WordPlanes& planes, const CellLine& line, size_t x, size_t n, uint32_t shift) {
-  with_raw16_reading(shift, [&]<class Fetch, class Shift>(Fetch, Shift channel_shift) {
-    row_2x2<Fetch>(ShiftedPlanes<Shift>{{planes}, channel_shift}, line_from<Fetch>(line, x), n);
-  });
+// A strip of windows: pixels `x` to `x` + n - 1 of a line.
+struct Windows {
+  const CellLine& line;
+  size_t x, n;
+  uint32_t shift;
+
+  WordChannel shared() const { return shared_channel(line); }
+
+  // Out of line: no rule changes it.
+  [[gnu::noinline]] void read(WordPlanes& planes) const {
+    with_raw16_reading(shift, [&]<class Fetch, class Shift>(Fetch, Shift channel_shift) {
+      row_2x2<Fetch>(ShiftedPlanes<Shift>{{planes}, channel_shift}, line_from<Fetch>(line, x), n);
+    });
+  }
+  void take_apart(RedBlueLine<uint16_t>& red_blue, Plane<uint16_t>& green) const {
+    with_raw16_reading(shift, [&]<class Fetch, class Shift>(Fetch, Shift channel_shift) {
+      qvn::take_apart<Fetch>(red_blue, green, line_from<Fetch>(line, x), n, channel_shift);
+    });
+  }
+  template <class Curve>
+  void read_by(Curve& curve, WordPlanes& planes) const {
+    samples_by_curve(
+        curve, planes, line.column_phase, n,
+        [this](RedBlueLine<uint16_t>& red_blue, Plane<uint16_t>& green) { take_apart(red_blue, green); });
+  }
+};
+
+struct Strip {
+  WordPlanes planes{};
+  Pairs pairs{};
+};
+
+// Runs correct(from, to) over pairs, one by one where a rule must see them so.
+template <class CorrectionRule, class Correct>
+void for_pairs(size_t count, const Correct& correct) {
+  if constexpr (CorrectionRule::kInOrder) {
+    for (size_t i = 0; i < count; ++i) correct(i, i + 1);
+  } else {
+    correct(size_t{0}, count);
+  }
+}
+
+void share_result(Pairs& pairs, WordChannel shared, size_t from, size_t to) {
+  const auto& results = pairs.first.*shared;
+  std::copy(results.data() + from, results.data() + to, (pairs.second.*shared).data() + from);
 }
 
 // The second pixel is corrected from the first one's result in the shared channel, which so goes through the
 // rule twice. Callers depend on it.
 struct SharedTwice {
   template <class CorrectionRule>
-  static void correct(CorrectionRule& rule, Pairs& pairs, WordChannel shared, size_t from, size_t to) {
-    rule.row(pairs.first, from, to);
-    const auto& results = pairs.first.*shared;
-    std::copy(results.data() + from, results.data() + to, (pairs.second.*shared).data() + from);
-    rule.row(pairs.second, from, to);
+  static void correct(CorrectionRule& rule, Strip& strip, const Windows& windows) {
+    const WordChannel shared = windows.shared();
+    const size_t count = windows.n / 2;
+    Pairs& pairs = strip.pairs;
+    if constexpr (kBeginsByCurve<CorrectionRule>) {
+      windows.read_by(rule.curve(), strip.planes);
+      if constexpr (kCurveAlone<CorrectionRule>) {
+        auto& samples = strip.planes.*shared;
+        for (size_t x = 1; x < windows.n; x += 2) samples[x] = rule.curve()(samples[x]);
+        return;
+      }
+      split(pairs, strip.planes, count);
+      rule.behind_curve(pairs.first, 0, count);
+      share_result(pairs, shared, 0, count);
+      rule.curve().row((pairs.second.*shared).data(), count);
+      rule.behind_curve(pairs.second, 0, count);
+    } else {
+      windows.read(strip.planes);
+      split(pairs, strip.planes, count);
+      for_pairs<CorrectionRule>(count, [&](size_t from, size_t to) {
+        rule.row(pairs.first, from, to);
+        share_result(pairs, shared, from, to);
+        rule.row(pairs.second, from, to);
+      });
+    }
+    join(strip.planes, pairs, count);
   }
 };
 
@@ -73,20 +133,25 @@ struct SharedTwice {
 // results. Callers depend on it.
 struct SharedAlone {
   template <class CorrectionRule>
-  static void correct(CorrectionRule& rule, Pairs& pairs, WordChannel shared, size_t from, size_t to) {
-    rule.row(pairs.first, from, to);
-    rule.shared_row(pairs.first, shared, pairs.second.*shared, from, to);
+  static void correct(CorrectionRule& rule, Strip& strip, const Windows& windows) {
+    const WordChannel shared = windows.shared();
+    const size_t count = windows.n / 2;
+    Pairs& pairs = strip.pairs;
+    windows.read(strip.planes);
+    split(pairs, strip.planes, count);
+    if constexpr (kCurveAlone<CorrectionRule>) {
+      // The same sample, by itself: the same result.
+      rule.row(pairs.first, 0, count);
+      share_result(pairs, shared, 0, count);
+    } else {
+      for_pairs<CorrectionRule>(count, [&](size_t from, size_t to) {
+        rule.row(pairs.first, from, to);
+        rule.shared_row(pairs.first, shared, pairs.second.*shared, from, to);
+      });
+    }
+    join(strip.planes, pairs, count);
   }
 };
-
-template <class Pairing, class CorrectionRule>
-void correct_pairs(CorrectionRule& rule, Pairs& pairs, WordChannel shared, size_t count) {
-  if constexpr (CorrectionRule::kInOrder) {
-    for (size_t i = 0; i < count; ++i) Pairing::correct(rule, pairs, shared, i, i + 1);
-  } else {
-    Pairing::correct(rule, pairs, shared, 0, count);
-  }
-}
 
 struct Frame {
   uint8_t* dst;
@@ -111,16 +176,12 @@ uint8_t* correct_lines(const Frame& frame, const Row& row) {
 
 template <class Put, class Pairing, class CorrectionRule>
 uint8_t* correct_in_pairs(CorrectionRule& rule, const Frame& frame) {
-  WordPlanes planes{};
-  Pairs pairs{};
+  Strip strip;
   return correct_lines<Put>(frame, [&](const CellLine& line, uint8_t* out, size_t windows) {
     for (size_t x = 0; x < windows; x += kStripPixels) {
       const size_t pixels = std::min(windows - x, kStripPixels);
-      shifted_windows(planes, line, x, pixels, frame.shift);
-      split(pairs, planes, pixels / 2);
-      correct_pairs<Pairing>(rule, pairs, shared_channel(line), pixels / 2);
-      join(planes, pairs, pixels / 2);
-      put_planes<Put>(out + x * Put::kPixelBytes, planes, pixels);
+      Pairing::correct(rule, strip, {line, x, pixels, frame.shift});
+      put_planes<Put>(out + x * Put::kPixelBytes, strip.planes, pixels);
     }
   });
 }
@@ -128,6 +189,8 @@ uint8_t* correct_in_pairs(CorrectionRule& rule, const Frame& frame) {
 struct ToBgr16 {
   using Put = PutBgr16;
   static constexpr Family kFamily = Family::kRaw16ToBgr16;
+  // Whether results of the rule go through it again.
+  static bool corrects_results(const Frame&, Rule) { return true; }
   template <class CorrectionRule>
   static uint8_t* lines(CorrectionRule& rule, const Frame& frame) {
     return correct_in_pairs<Put, SharedTwice>(rule, frame);
@@ -137,6 +200,9 @@ struct ToBgr16 {
 struct ToY16 {
   using Put = PutY16;
   static constexpr Family kFamily = Family::kRaw16ToY16;
+  static bool corrects_results(const Frame& frame, Rule rule) {
+    return frame.shift != 0 && rule != Rule::kGamma;
+  }
   template <class CorrectionRule>
   static uint8_t* lines(CorrectionRule& rule, const Frame& frame) {
     // An exact 0 alone makes all pixels alike; 32 reads the same samples.
@@ -153,11 +219,10 @@ struct ToY16 {
 // that way.
 template <class Conversion>
 uint32_t lines_with_lent_curve(const Frame& frame, const ColorCorrection* object) {
-  constexpr uint32_t kFewValues = 4096;  // the curve without memory has a place for each
   const Rule rule = rule_of(Conversion::kFamily, object);
-  const uint32_t values = kAllWords >> (frame.shift & 31);
+  const uint32_t values = raw16_values(frame.shift);
   if ((rule != Rule::kGamma && rule != Rule::kGammaMatrix) || !reads_whole_samples(frame.shift) ||
-      values <= kFewValues || frame.width % 2 != 0) {
+      values <= RecentCurve::kSlots || frame.width % 2 != 0) {
     return 0;
   }
   const uint64_t line_bytes = frame.line_pixels() * Conversion::Put::kPixelBytes;
@@ -186,7 +251,9 @@ int32_t corrected(Frame frame, const ColorCorrection* object) {
   frame.dst += done * frame.line_pixels() * kPixelBytes;
   frame.src += done * FetchWholeRaw16::line_bytes(frame.width);
   frame.height -= done;
-  return dispatch<uint16_t>(Conversion::kFamily, object, {kAllWords, frame.samples()}, [&](auto& rule) {
+  const SampleRange range = {raw16_values(frame.shift), frame.samples(),
+                             Conversion::corrects_results(frame, rule_of(Conversion::kFamily, object))};
+  return dispatch<uint16_t>(Conversion::kFamily, object, range, [&](auto& rule) {
     uint8_t* last = Conversion::lines(rule, frame);
     copy_last_line(last, kPixelBytes * frame.width);
   });

@@ -48,6 +48,12 @@ struct ChannelShift {
 
 constexpr bool reads_whole_samples(uint32_t shift) { return (shift & 31) <= 8; }
 
+// All channels are below this.
+constexpr uint32_t raw16_values(uint32_t shift) {
+  if (reads_whole_samples(shift)) return 65536U >> (shift & 31);
+  return (shift & 31) <= 23 ? 1 : 65536;
+}
+
 // Runs convert(fetch, channel shift). A shift of 0 has a kernel of its own: vectors shift by a variable count
 // in two instructions.
 template <class Convert>

@@ -2,6 +2,8 @@
 /// large frame against its lines one by one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -9,6 +11,8 @@
 
 #include "correction/dispatch.h"
 #include "deep/raw16.h"
+#include "deep/raw16_reading.h"
+#include "support/guard.h"
 #include "support/random.h"
 
 namespace qvn {
@@ -100,6 +104,84 @@ TEST(MatrixFixed, VectorsEqualPixels) {
   }
 }
 
+TEST(ByteTable, RowsEqualEntries) {
+  support::Random random(44);
+  for (int round = 0; round < 8; ++round) {
+    std::array<uint8_t, 256> entries;
+    random.fill(entries.data(), entries.size());
+    const ByteTable table([&](uint8_t sample) { return entries[sample]; });
+    for (uint32_t i = 0; i < 256; ++i) ASSERT_EQ(table(static_cast<uint8_t>(i)), entries[i]);
+    for (size_t n = 0; n <= 300; ++n) {
+      // Each byte comes, and room for a whole vector behind the last one.
+      std::array<uint8_t, 300 + 64> row, plain, samples;
+      for (size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<uint8_t>(i + 37 * n);
+      row = plain = samples;
+      table.row(row.data(), n);
+      table.row_plain(plain.data(), n);
+      for (size_t i = 0; i < n; ++i) {
+        ASSERT_EQ(row[i], entries[samples[i]]) << i << " of " << n;
+        ASSERT_EQ(plain[i], entries[samples[i]]) << i << " of " << n;
+      }
+      ASSERT_TRUE(std::equal(plain.begin() + static_cast<ptrdiff_t>(n), plain.end(),
+                             samples.begin() + static_cast<ptrdiff_t>(n)));
+    }
+  }
+}
+
+TEST(LookUpWords, TouchesItsWordsAlone) {
+  support::Random random(45);
+  std::vector<uint16_t> entries(65536), samples(320);
+  random.fill(reinterpret_cast<uint8_t*>(entries.data()), 2 * entries.size());
+  random.fill(reinterpret_cast<uint8_t*>(samples.data()), 2 * samples.size());
+  for (size_t n = 0; n <= 300; ++n) {
+    std::vector<uint16_t> row = samples;
+    look_up_words(row.data(), n, [&](uint16_t sample) { return entries[sample]; });
+    for (size_t i = 0; i < row.size(); ++i) {
+      ASSERT_EQ(row[i], i < n ? entries[samples[i]] : samples[i]) << i << " of " << n;
+    }
+  }
+}
+
+// A curve whose result tells the sample.
+template <class T>
+struct TellingCurve {
+  T operator()(T sample) const { return static_cast<T>(sample * 5 + 3); }
+  void row(T* samples, size_t n) const { correct_samples(samples, n, *this); }
+};
+
+template <class Fetch, class T, class Shift = NoShift>
+void compare_windows_by_curve(Shift shift = {}) {
+  support::Random random(46);
+  const TellingCurve<T> curve;
+  for (uint32_t phase = 0; phase < 2; ++phase) {
+    for (size_t n = 1; n <= kStripPixels; ++n) {
+      const size_t bytes = Fetch::line_bytes(2) == 3 ? (n + 1) / 2 * 3 + (n + 1) % 2 * 2
+                                                     : Fetch::line_bytes(static_cast<uint32_t>(n + 1));
+      support::GuardedBuffer red(bytes, support::Flush::kEnd), blue(bytes, support::Flush::kEnd);
+      random.fill(red.data(), bytes);
+      random.fill(blue.data(), bytes);
+      const CellLine line{red.data(), blue.data(), phase};
+      Planes<T> planes{};
+      windows_by_curve<Fetch>(curve, planes, line, n, shift);
+      for (size_t x = 0; x < n; ++x) {
+        const Rgb<uint32_t> window = shift(window_2x2<Fetch>(line, x));
+        ASSERT_EQ(planes.r[x], curve(static_cast<T>(window.r))) << "red " << x << " of " << n;
+        ASSERT_EQ(planes.g[x], curve(static_cast<T>(window.g))) << "green " << x << " of " << n;
+        ASSERT_EQ(planes.b[x], curve(static_cast<T>(window.b))) << "blue " << x << " of " << n;
+      }
+    }
+  }
+}
+
+TEST(WindowsByCurve, EqualCorrectedWindows) {
+  compare_windows_by_curve<FetchRaw8, uint8_t>();
+  compare_windows_by_curve<FetchRaw12TopByte, uint8_t>();
+  compare_windows_by_curve<FetchRaw12, uint16_t>();
+  compare_windows_by_curve<FetchWholeRaw16, uint16_t>(ChannelShift<false, false>{0, 0});
+  compare_windows_by_curve<FetchWholeRaw16, uint16_t>(ChannelShift<false, true>{0, 3});
+  compare_windows_by_curve<FetchTwiceTopByte, uint16_t>(ChannelShift<true, true>{9, 0});
+}
+
 TEST(Curves, GiveTheRecipesResults) {
   const float laws[][2] = {{0.45F, 65535}, {2.2F, 4095}, {1, 255}, {-1, 255},     {0.5F, 0},
                            {0, 255},       {3, 1},       {7, -3},  {kNan, 65535}, {0.7F, kInfinity}};
@@ -111,11 +193,11 @@ TEST(Curves, GiveTheRecipesResults) {
       const float scaled = std::pow(static_cast<float>(sample) / max_value, gamma) * max_value;
       return static_cast<uint64_t>(truncate_to_int64(static_cast<double>(scaled) + 0.5));
     };
-    TableCurve<uint8_t, 256> bytes(object(record));
+    ByteCurve bytes(object(record));
     for (uint32_t i = 0; i < 256; ++i) {
       ASSERT_EQ(bytes(static_cast<uint8_t>(i)), static_cast<uint8_t>(literal(i)));
     }
-    TableCurve<uint16_t, 4096> table(object(record));
+    ShortWordCurve table(object(record));
     RecentCurve recent(object(record));
     std::vector<uint8_t> memory(2 * 8192 + 1);
     LentCurve lent(object(record), memory.data() + 1, 8192);
@@ -125,6 +207,11 @@ TEST(Curves, GiveTheRecipesResults) {
       ASSERT_EQ(recent(sample), expected) << i << " once more";
       ASSERT_EQ(lent(sample), expected) << i;
       ASSERT_EQ(law.result(sample), expected) << i;
+      std::array<uint16_t, 9> row;
+      row.fill(sample);
+      lent.row(row.data(), row.size());
+      ASSERT_EQ(row.front(), expected) << i;
+      ASSERT_EQ(row.back(), expected) << i;
       if (i < 4096) {
         ASSERT_EQ(table(sample), expected) << i;
       }

@@ -29,6 +29,15 @@ constexpr bool kSanitizer = __has_feature(address_sanitizer) || __has_feature(th
 constexpr bool kSanitizer = false;
 #endif
 
+/// Bytes of a small stack, or as few as the system gives.
+std::size_t small_stack() {
+  std::size_t bytes = std::size_t{64} * 1024;
+#ifdef PTHREAD_STACK_MIN
+  bytes = std::max(bytes, static_cast<std::size_t>(PTHREAD_STACK_MIN));
+#endif
+  return bytes;
+}
+
 class Surroundings : public testing::TestWithParam<CorrectedEntry> {
  protected:
   /// One object of each kind that the entry serves.
@@ -70,8 +79,7 @@ TEST_P(Surroundings, WideLinesNeedNoStack) {
       pthread_attr_t attributes;
       pthread_t thread;
       ASSERT_EQ(0, pthread_attr_init(&attributes));
-      const auto stack = std::max(std::size_t{64} * 1024, static_cast<std::size_t>(PTHREAD_STACK_MIN));
-      ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, stack));
+      ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, small_stack()));
       const auto run = [](void* argument) -> void* {
         auto& mine = *static_cast<Job*>(argument);
         mine.status = mine.entry.library(mine.dst.data(), mine.src.data(), mine.frame, mine.correction);
