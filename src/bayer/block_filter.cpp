@@ -12,9 +12,9 @@ namespace qvn {
 
 namespace {
 
-// The pixel before the pair, the pair, the pixel behind it. At most 4 * 255.
+// The pixel before the pair, the pair, the pixel behind it. Chroma is around 0.
 struct SumOfFour {
-  static Words sum(const ChromaPairs& c, ptrdiff_t q) {
+  static SignedWords sum(const ChromaPairs& c, ptrdiff_t q) {
     return load_words(&c.odd[q - 1]) + load_words(&c.even[q]) + load_words(&c.odd[q]) +
            load_words(&c.even[q + 1]);
   }
@@ -25,7 +25,7 @@ UV mean_of_block(UV sums) { return {(sums.u + 4) >> 3, (sums.v + 4) >> 3}; }
 
 // What is left of the last pair of a strip for the strip behind it: of its line or of the next one.
 struct LeftTap {
-  uint16_t u, v;
+  int16_t u, v;
 };
 
 // A block of a row that waits: luma, then the sums of U and of V.
@@ -45,13 +45,13 @@ struct LeftTap {
     for (size_t plane = 0; plane < 3; ++plane) std::memcpy(&part[plane * kBlock], place + plane * n, n);
     place = part.data();
   }
-  return {load<Bytes>(place), {load<Words>(place + kBlock), load<Words>(place + 2 * kBlock)}};
+  return {load<Bytes>(place), {load<SignedWords>(place + kBlock), load<SignedWords>(place + 2 * kBlock)}};
 }
 
 // The last pair of a waiting row: its luma and sums.
 struct WaitingPair {
   uint8_t y0, y1;
-  uint16_t u, v;
+  int16_t u, v;
 };
 
 template <class Put>
@@ -91,7 +91,7 @@ void run_block_filter(const Half<Put>& half) {
 
   // The half's first pair has its own first pixel for a left tap.
   const Yuv<uint32_t> corner = mosaic.pixel(half.first, 0);
-  LeftTap left{static_cast<uint16_t>(corner.u), static_cast<uint16_t>(corner.v)};
+  LeftTap left{centred(corner.u), centred(corner.v)};
   for (uint32_t x = 0; x < width;) {
     const size_t n = strip_length(width - x);
     fill_summable_strip(strip, mosaic, half.first, x, n, left);
@@ -125,7 +125,7 @@ void run_block_filter(const Half<Put>& half) {
     }
     if (last_but_one) {
       // Its last pair looks up already.
-      const auto mean = [](uint32_t sum) { return static_cast<uint8_t>((sum + 4) >> 3); };
+      const auto mean = [](int32_t sum) { return static_cast<uint8_t>(((sum + 4) >> 3) + kChromaCentre); };
       const Group group{mean(own_last.u + above.u), own_last.y0, mean(own_last.v + above.v), own_last.y1};
       emit_groups(half, row, width - 2, &group, 1);
     }

@@ -1,5 +1,7 @@
 // A strip of a line as Y, U and V: up to kStripPixels pixels, with chroma apart for even and odd pixels and
 // for a halo of one pair on each side. A strip is a few kilobytes of stack, whatever the line's width.
+//
+// Chroma is kept around 0: 128 goes through every mean unchanged, and is added where a byte is written.
 #pragma once
 
 #include <array>
@@ -19,16 +21,18 @@ inline constexpr size_t kStripRoom = kStripPixels + kLaneBytes;
 
 inline size_t strip_length(size_t left) { return left <= kStripPixels ? left : kStripStep; }
 
+inline constexpr int kChromaCentre = 128;
+
 // A word for each pair of a strip, from the pair before it (-1) to the one behind it. Pair 0 is aligned, so
 // that vectors of pairs are.
 class PairWords {
  public:
-  uint16_t& operator[](ptrdiff_t pair) { return words_[static_cast<size_t>(pair + kLead)]; }
-  const uint16_t& operator[](ptrdiff_t pair) const { return words_[static_cast<size_t>(pair + kLead)]; }
+  int16_t& operator[](ptrdiff_t pair) { return words_[static_cast<size_t>(pair + kLead)]; }
+  const int16_t& operator[](ptrdiff_t pair) const { return words_[static_cast<size_t>(pair + kLead)]; }
 
  private:
   static constexpr ptrdiff_t kLead = kLaneCount<Words>;
-  alignas(64) std::array<uint16_t, kLead + kStripRoom / 2> words_{};
+  alignas(64) std::array<int16_t, kLead + kStripRoom / 2> words_{};
 };
 
 // One chroma channel of a strip: the left pixels of the pairs and the right ones.
@@ -54,6 +58,10 @@ struct Mosaic {
   }
 };
 
+inline int16_t centred(uint32_t chroma) {
+  return static_cast<int16_t>(static_cast<int32_t>(chroma) - kChromaCentre);
+}
+
 // Fills a strip from rows of windows.
 struct StripOutput {
   using Form = RbgForm;
@@ -64,23 +72,24 @@ struct StripOutput {
     const Yuv<uint32_t> yuv = yuv_of(p);
     const auto pair = static_cast<ptrdiff_t>(x / 2);
     strip.y[x] = static_cast<uint8_t>(yuv.y);
-    (x % 2 == 0 ? strip.u.even : strip.u.odd)[pair] = static_cast<uint16_t>(yuv.u);
-    (x % 2 == 0 ? strip.v.even : strip.v.odd)[pair] = static_cast<uint16_t>(yuv.v);
+    (x % 2 == 0 ? strip.u.even : strip.u.odd)[pair] = centred(yuv.u);
+    (x % 2 == 0 ? strip.v.even : strip.v.odd)[pair] = centred(yuv.v);
   }
 
   template <int Odd>
   void pixels(size_t x, const RbgPairs<Odd>& p) const {
     const auto pair = static_cast<ptrdiff_t>(x / 2);
-    const YuvPairs yuv(p);
-    store(&strip.y[x], join_top_bytes(yuv.even.y, yuv.odd.y));
-    store_words(&strip.u.even[pair], yuv.even.u >> 8);
-    store_words(&strip.u.odd[pair], yuv.odd.u >> 8);
-    store_words(&strip.v.even[pair], yuv.even.v >> 8);
-    store_words(&strip.v.odd[pair], yuv.odd.v >> 8);
+    const Yuv<SignedWords> even = weighted_signed_yuv<Odd == 0>(p.even, p.even_green);
+    const Yuv<SignedWords> odd = weighted_signed_yuv<Odd != 0>(p.odd, p.odd_green);
+    store(&strip.y[x], join_top_bytes(as<Words>(even.y), as<Words>(odd.y)));
+    store_words(&strip.u.even[pair], even.u);
+    store_words(&strip.u.odd[pair], odd.u);
+    store_words(&strip.v.even[pair], even.v);
+    store_words(&strip.v.odd[pair], odd.v);
   }
 
  private:
-  static void store_words(uint16_t* to, Words words) { std::memcpy(to, &words, sizeof words); }
+  static void store_words(int16_t* to, SignedWords words) { std::memcpy(to, &words, sizeof words); }
 };
 
 // The n pixels of a line from column x on (both even); the halo is left alone.
@@ -106,10 +115,10 @@ inline void fill_right_halo(ChromaStrip& strip, const Mosaic& mosaic, uint32_t r
   };
   const Yuv<uint32_t> first = pixel(0), second = pixel(1);
   const auto behind = static_cast<ptrdiff_t>(n / 2);
-  strip.u.even[behind] = static_cast<uint16_t>(first.u);
-  strip.v.even[behind] = static_cast<uint16_t>(first.v);
-  strip.u.odd[behind] = static_cast<uint16_t>(second.u);
-  strip.v.odd[behind] = static_cast<uint16_t>(second.v);
+  strip.u.even[behind] = centred(first.u);
+  strip.v.even[behind] = centred(first.v);
+  strip.u.odd[behind] = centred(second.u);
+  strip.v.odd[behind] = centred(second.v);
 }
 
 }  // namespace qvn

@@ -16,19 +16,20 @@
 #include "bayer/chroma_strip.h"
 #include "bayer/interpolation_rows.h"
 #include "convert/yuv_rows.h"
+#include "pixel/clamped_pairs.h"
 
 namespace qvn {
 
 // What is made at once: a vector of pixels. The last block of a line may have fewer, always an even number.
 inline constexpr size_t kBlock = kLaneBytes;
 
-// Chroma of the pairs of a block.
+// Chroma of the pairs of a block, around 0.
 struct UV {
-  Words u, v;
+  SignedWords u, v;
 };
 
-inline Words load_words(const uint16_t* from) {
-  Words words;
+inline SignedWords load_words(const int16_t* from) {
+  SignedWords words;
   std::memcpy(&words, from, sizeof words);
   return words;
 }
@@ -61,7 +62,8 @@ struct Half {
 
 // U Y0 V Y1 of a block.
 [[gnu::always_inline]] inline void put_groups(uint8_t* out, Bytes y, UV chroma) {
-  const Words first = chroma.u | as<Words>(y) << 8, second = chroma.v | (as<Words>(y) & 0xFF00);
+  const Words u = as<Words>(chroma.u + kChromaCentre), v = as<Words>(chroma.v + kChromaCentre);
+  const Words first = u | as<Words>(y) << 8, second = v | (as<Words>(y) & 0xFF00);
   store(out, zip_low(first, second));
   store(out + kBlock, zip_high(first, second));
 }
@@ -69,13 +71,11 @@ struct Half {
 // A put of a block. The chroma words serve the even and the odd pixels of the pairs alike.
 template <class Put>
 [[gnu::always_inline]] inline void put_colours(uint8_t* out, Bytes y, UV chroma) {
-  const Words centre = factor<Words>(4 * 128);
-  const SignedWords u = as<SignedWords>((chroma.u << 2) - centre),
-                    v = as<SignedWords>((chroma.v << 2) - centre);
+  const SignedWords u = chroma.u << 2, v = chroma.v << 2;
   const Rgb<SignedWords> even = PackedChroma::colours(as<SignedWords>(even_bytes(y)), u, v);
   const Rgb<SignedWords> odd = PackedChroma::colours(as<SignedWords>(odd_bytes(y)), u, v);
   if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
-    Put::pixels(out, RgbPairs{clamp_to_bytes(even), clamp_to_bytes(odd)});
+    Put::pixels(out, narrow_to_pairs({even, odd}));
   } else {
     Put::halves(out, narrow_to_bytes(even, odd));
   }

@@ -12,14 +12,14 @@ namespace {
 
 // The filters: chroma of the pairs of a strip from q on.
 struct PairMean {
-  static Words mean(const ChromaPairs& c, ptrdiff_t q) {
+  static SignedWords mean(const ChromaPairs& c, ptrdiff_t q) {
     return (load_words(&c.even[q]) + load_words(&c.odd[q])) >> 1;
   }
   UV operator()(const ChromaStrip& strip, ptrdiff_t q) const { return {mean(strip.u, q), mean(strip.v, q)}; }
 };
 
 struct BoxMean {
-  static Words mean(const ChromaPairs& c, ptrdiff_t q) {
+  static SignedWords mean(const ChromaPairs& c, ptrdiff_t q) {
     return (load_words(&c.even[q]) + load_words(&c.odd[q]) + load_words(&c.even[q + 1]) +
             load_words(&c.odd[q + 1])) >>
            2;

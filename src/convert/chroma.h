@@ -37,6 +37,7 @@ inline SignedWords alternating() {
 inline SignedWords all_words(int16_t value) { return SignedWords{} + value; }
 
 // Bytes to words of 4 * (byte - 128): as the upper bytes of words, with the sign bit turned, they are signed.
+// (A byte by 4 less 512 in one product and a difference is no faster: products wait for the same ports.)
 inline SignedWords chroma_low(Bytes chroma) {
   return as<SignedWords>(interleave_low(Bytes{}, chroma ^ 0x80)) >> 6;
 }

@@ -6,6 +6,7 @@
 
 #include "pixel/products.h"
 #include "pixel/rgb.h"
+#include "pixel/split3.h"
 
 namespace qvn {
 
@@ -26,6 +27,11 @@ constexpr T luma_singles(T r, T g, T b) {
 
 inline uint8_t luma_by_doubles(uint8_t r, uint8_t g, uint8_t b) {
   return static_cast<uint8_t>(static_cast<int32_t>(luma_doubles<double>(r, g, b)));
+}
+
+// Of a colour whose exact luma is whole: whether the doubles end below it.
+inline bool is_below_whole(uint8_t r, uint8_t g, uint8_t b) {
+  return luma_doubles<double>(r, g, b) < (72 * g + 21 * r + 7 * b) / 100;
 }
 
 inline uint8_t luma_by_singles(uint8_t r, uint8_t g, uint8_t b) {
@@ -50,13 +56,6 @@ inline DoubleWords fourth_luma_by_singles(const Rgb<Bytes>& p) {
 inline Bytes luma_by_singles(const Rgb<Bytes>& p) {
   return as<Bytes>(fourth_luma_by_singles<0>(p) | fourth_luma_by_singles<1>(p) |
                    fourth_luma_by_singles<2>(p) | fourth_luma_by_singles<3>(p));
-}
-
-inline bool any(Words lanes) {
-  const QuadWords quads = as<QuadWords>(lanes);
-  uint64_t bits = 0;
-  for (int i = 0; i < kLaneCount<QuadWords>; ++i) bits |= quads[i];
-  return bits != 0;
 }
 
 // Lanes of one half of a vector as doubles.
@@ -88,32 +87,73 @@ inline DoubleWords fourth_luma_by_doubles(const Rgb<Bytes>& p) {
   return as<DoubleWords>(both) << (8 * Byte);
 }
 
-inline Bytes luma_by_conversion_to_doubles(const Rgb<Bytes>& p) {
+inline Bytes luma_by_doubles(const Rgb<Bytes>& p) {
   return as<Bytes>(fourth_luma_by_doubles<0>(p) | fourth_luma_by_doubles<1>(p) |
                    fourth_luma_by_doubles<2>(p) | fourth_luma_by_doubles<3>(p));
 }
 
-// A hundred times the exact luma is a whole number, at most 25500, so the doubles can only end below its
-// floor where it is a multiple of 100. (17 % of the multiples do, by the roundings of all three products.)
-struct WholeLuma {
-  Words floor, is_multiple;
-
-  explicit WholeLuma(const Rgb<Words>& p) {
-    const Words hundredfold = p.g * factor<Words>(72) + p.r * factor<Words>(21) + p.b * factor<Words>(7);
-    // 5243 / 2^19 is 0.01 and 0.0000003 more: the floor is right up to 43698.
-    floor = as<Words>(multiply_high(as<SignedWords>(hundredfold), SignedWords{} + int16_t{5243})) >> 3;
-    is_multiple = as<Words>(floor * factor<Words>(100) == hundredfold);
-  }
+// A hundred times the exact luma of a vector of packed pixels R G B: words of the lower half of each 16-byte
+// block, and of the upper half. At most 25500.
+struct HundredfoldLuma {
+  SignedWords low, high;
 };
 
-// One colour in a hundred is a multiple, so most vectors of a picture need no doubles; grey ones all do. Half
-// the time of doubles throughout where colours are random, a fifth where they are smooth, a tenth more for
-// grey.
-inline Bytes luma_by_doubles(const Rgb<Bytes>& p) {
-  const WholeLuma even({even_bytes(p.r), even_bytes(p.g), even_bytes(p.b)});
-  const WholeLuma odd({odd_bytes(p.r), odd_bytes(p.g), odd_bytes(p.b)});
-  if (any(even.is_multiple | odd.is_multiple)) return luma_by_conversion_to_doubles(p);
-  return as<Bytes>(even.floor | (odd.floor << 8));
+namespace places {
+// Four pixels of three bytes, from byte `First` of a block on, four bytes apart. The fourth ones are any.
+//
+//     r0 g0 b0 r1 g1 b1 r2 g2 b2 r3 g3 b3 . . . .    ->    r0 g0 b0 . r1 g1 b1 . r2 g2 b2 . r3 g3 b3 .
+template <int First>
+constexpr int four_apart(int i) {
+  return i / 16 * 16 + First + i % 16 / 4 * 3 + (i % 4 == 3 ? 2 : i % 4);
 }
+template <int Red, int Green, int Blue>
+constexpr int weight_of_four(int i) {
+  return i % 4 == 0 ? Red : i % 4 == 1 ? Green : i % 4 == 2 ? Blue : 0;
+}
+}  // namespace places
+
+// Of pixels 4 * Quarter to 4 * Quarter + 3 of each 16. The last quarter's bytes end their load, since nothing
+// behind the pixels may be read.
+template <int Quarter>
+inline SignedDoubleWords hundredfold_of_quarters(const uint8_t* packed) {
+  constexpr int kFirst = Quarter == 3 ? 4 : 0;
+  const Bytes spaced = shuffle<places::four_apart<kFirst>>(load_blocks<48>(packed + 12 * Quarter - kFirst));
+  const SignedWords pairs =
+      multiply_add_pairs(spaced, constant<SignedBytes, places::weight_of_four<21, 72, 7>>());
+  return multiply_add_pairs(pairs, SignedWords{} + int16_t{1});
+}
+
+inline HundredfoldLuma hundredfold_luma(const uint8_t* packed) {
+  if constexpr (kBytePermutes) {
+    return {narrow_to_words(hundredfold_of_quarters<0>(packed), hundredfold_of_quarters<1>(packed)),
+            narrow_to_words(hundredfold_of_quarters<2>(packed), hundredfold_of_quarters<3>(packed))};
+  } else {
+    const auto [r, g, b] = load_split3(packed);
+    const auto weighted = [](Bytes red, Bytes green, Bytes blue) {
+      return as<SignedWords>(as<Words>(green) * factor<Words>(72) + as<Words>(red) * factor<Words>(21) +
+                             as<Words>(blue) * factor<Words>(7));
+    };
+    constexpr Bytes kZero{};
+    return {weighted(interleave_low(r, kZero), interleave_low(g, kZero), interleave_low(b, kZero)),
+            weighted(interleave_high(r, kZero), interleave_high(g, kZero), interleave_high(b, kZero))};
+  }
+}
+
+// The doubles can only end below the floor of the exact luma where it is whole. (17 % of the whole ones do,
+// by the roundings of all three products.) Bit i of `whole` is pixel i's.
+struct ExactLuma {
+  Bytes floor;
+  uint64_t whole;
+
+  explicit ExactLuma(const HundredfoldLuma& hundredfold) {
+    // 5243 / 2^19 is 0.01 and 0.0000003 more: the floor is right up to 43698.
+    const auto hundredth = [](SignedWords v) { return multiply_high(v, SignedWords{} + int16_t{5243}) >> 3; };
+    const SignedWords low = hundredth(hundredfold.low), high = hundredth(hundredfold.high);
+    const SignedWords hundred = factor<SignedWords>(100);
+    const Bytes rest = narrow_to_bytes(hundredfold.low - low * hundred, hundredfold.high - high * hundred);
+    floor = narrow_to_bytes(low, high);
+    whole = top_bits(as<Bytes>(rest == 0));
+  }
+};
 
 }  // namespace qvn

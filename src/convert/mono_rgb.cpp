@@ -1,6 +1,8 @@
 // The mono and RGB rows. A vector row leaves its tail to the plain one, so that it works in place.
 #include "convert/mono_rgb.h"
 
+#include <bit>
+
 #include "convert/luma_float.h"
 #include "pixel/put.h"
 #include "pixel/split3.h"
@@ -72,10 +74,26 @@ void rgb8_to_y8_plain(uint8_t* dst, const uint8_t* src, size_t n) {
   for (size_t x = 0; x < n; ++x) dst[x] = luma_by_doubles(src[3 * x], src[3 * x + 1], src[3 * x + 2]);
 }
 
+// One colour in a hundred has a whole luma, so most pixels of a picture need no doubles. Where the colours of
+// a vector are few, as in grey, it takes them throughout.
 void rgb8_to_y8(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr int kManyWhole = kLaneBytes / 4;
   const size_t done = run_vectors<kLaneBytes>(n, [=](size_t x) {
-    const auto [r, g, b] = load_split3(src + 3 * x);
-    store(dst + x, luma_by_doubles(Rgb<Bytes>{r, g, b}));
+    const uint8_t* from = src + 3 * x;
+    const ExactLuma luma(hundredfold_luma(from));
+    if (std::popcount(luma.whole) >= kManyWhole) [[unlikely]] {
+      const auto [r, g, b] = load_split3(from);
+      store(dst + x, luma_by_doubles(Rgb<Bytes>{r, g, b}));
+      return;
+    }
+    // All of the source is read before a byte of it may be written.
+    uint64_t below = 0;
+    for (uint64_t rest = luma.whole; rest != 0; rest &= rest - 1) {
+      const int i = std::countr_zero(rest);
+      below |= uint64_t{is_below_whole(from[3 * i], from[3 * i + 1], from[3 * i + 2])} << i;
+    }
+    store(dst + x, luma.floor);
+    for (; below != 0; below &= below - 1) --dst[x + static_cast<size_t>(std::countr_zero(below))];
   });
   rgb8_to_y8_plain(dst + done, src + 3 * done, n - done);
 }

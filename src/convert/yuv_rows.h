@@ -96,6 +96,12 @@ struct Yuv411 {
     };
     const Rgb<Bytes> p01 = colours(luma_even(y02), luma_even(y13));
     const Rgb<Bytes> p23 = colours(luma_odd(y02), luma_odd(y13));
+    if constexpr (requires { Output::grey(p01); }) {  // one channel to put in order in place of three
+      const Riffled grey(Output::grey(p01), Output::grey(p23));
+      out.greys(x, grey.template in_order<0>());
+      out.greys(x + kLaneBytes, grey.template in_order<1>());
+      return;
+    }
     const Riffled r(p01.r, p23.r), g(p01.g, p23.g), b(p01.b, p23.b);
     const Bytes y_low = interleave_low(y02, y13), y_high = interleave_high(y02, y13);
     out.pixels(x, {r.in_order<0>(), g.in_order<0>(), b.in_order<0>()}, in_order<0>(y_low, y_high));
@@ -161,6 +167,10 @@ struct PackedOutput {
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p, uint8_t) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
   void pixels(size_t x, Rgb<Bytes> p, Bytes) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
+
+  static Bytes grey(const Rgb<Bytes>& p) requires requires { Put::grey(p); }
+  { return Put::grey(p); }
+  void greys(size_t x, Bytes grey) const { store(dst + x, grey); }
 };
 
 // The conversions to packed pixels.

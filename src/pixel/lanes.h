@@ -81,6 +81,14 @@ inline void store_block(uint8_t* to, Lanes<uint8_t> lanes, int block) {
   std::memcpy(to, reinterpret_cast<const uint8_t*>(&lanes) + 16 * block, 16);
 }
 
+inline uint64_t load_quad_word(const uint8_t* from) {
+  uint64_t bytes;
+  std::memcpy(&bytes, from, sizeof bytes);
+  return bytes;
+}
+
+inline void store_quad_word(uint8_t* to, uint64_t bytes) { std::memcpy(to, &bytes, sizeof bytes); }
+
 // The same bits as lanes of another type.
 template <class To, class From>
 inline To as(From lanes) {

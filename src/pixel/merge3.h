@@ -88,8 +88,6 @@ inline QuadWords squeeze_fourth_bytes(DoubleWords pixels) {
   return (twos & 0x0000000000FFFFFF) | ((twos >> 8) & 0x0000FFFFFF000000);
 }
 
-inline void store_quad_word(uint8_t* to, uint64_t bytes) { std::memcpy(to, &bytes, sizeof bytes); }
-
 // 48 bytes to `to`: the lower six of each of eight 64-bit lanes. For 16-byte vectors.
 inline void store_six_bytes_of_each(uint8_t* to, QuadWords first, QuadWords second, QuadWords third,
                                     QuadWords fourth) {

@@ -25,30 +25,6 @@ struct SamplePairs {
   V first, shared;
 };
 
-inline uint64_t load_quad_word(const uint8_t* from) {
-  uint64_t bytes;
-  std::memcpy(&bytes, from, sizeof bytes);
-  return bytes;
-}
-
-// A vector's 16-byte blocks from every `Stride` bytes.
-template <size_t Stride>
-inline Bytes load_blocks(const uint8_t* from) {
-  using Block = typename VectorOf<uint8_t, 16>::type;
-  if constexpr (kLaneBytes == 32) {
-    return [&]<int... I>(std::integer_sequence<int, I...>) {
-      return Bytes(__builtin_shufflevector(load<Block>(from), load<Block>(from + Stride), I...));
-    }
-    (std::make_integer_sequence<int, kLaneBytes>());
-  } else {
-    Bytes blocks;
-    for (size_t i = 0; i < kLaneBytes / 16; ++i) {
-      std::memcpy(reinterpret_cast<uint8_t*>(&blocks) + 16 * i, from + Stride * i, 16);
-    }
-    return blocks;
-  }
-}
-
 // Blocks from every 12 bytes, the last one of which starts two bytes early and so ends two bytes behind
 // the 12.
 inline Bytes load_blocks12(const uint8_t* from) {
@@ -124,23 +100,36 @@ inline Bytes load_top_bytes12_permuted(const uint8_t* from) {
   return shuffle<places::top_bytes12<Odd>>(load_blocks<24>(from), load_blocks<24>(from + 8));
 }
 
-// Two samples a double word, in its upper half, where their sign keeps narrow_to_words from a clamp.
-inline Bytes narrow_upper_halves(DoubleWords first, DoubleWords second) {
-  const auto halves = [](DoubleWords v) { return as<SignedDoubleWords>(v) >> 16; };
-  return as<Bytes>(narrow_to_words(halves(first), halves(second)));
+// Without permutations: four samples in six bytes, the lower ones of a 64-bit lane.
+//
+//     even   a0 b0 c0 a1 | b1 c1 . .         odd   c0 a1 b1 c1 | a2 b2 . .
+//
+//     even   a0 c0 a1 c1                     odd   c0 a1 c1 a2
+template <int Odd>
+inline Bytes top_bytes_of_fours12(QuadWords first, QuadWords second) {
+  const DoubleWords lower = shuffle<places::even>(as<DoubleWords>(first), as<DoubleWords>(second));
+  const DoubleWords upper = shuffle<places::odd>(as<DoubleWords>(first), as<DoubleWords>(second));
+  if constexpr (Odd == 0) {
+    return as<Bytes>((lower & 0x000000FF) | ((lower >> 8) & 0x00FFFF00) | ((upper << 16) & 0xFF000000));
+  } else {
+    return as<Bytes>((lower & 0x0000FFFF) | ((lower >> 8) & 0x00FF0000) | (upper << 24));
+  }
+}
+
+// For 16-byte vectors. The last four samples have nothing of ours behind them.
+template <int Odd>
+inline Bytes load_top_bytes12_by_fours(const uint8_t* from) {
+  const uint64_t last = load_quad_word(from + 16 - Odd) >> (16 + 8 * Odd);
+  return top_bytes_of_fours12<Odd>(QuadWords{load_quad_word(from), load_quad_word(from + 6)},
+                                   QuadWords{load_quad_word(from + 12), last});
 }
 
 inline Bytes load_packed12_top_bytes(const uint8_t* line, size_t x) {
   const uint8_t* group = line + 3 * (x / 2);
   if constexpr (kBytePermutes) {
     return x % 2 == 0 ? load_top_bytes12_permuted<0>(group) : load_top_bytes12_permuted<1>(group + 1);
-  } else if (x % 2 == 0) {
-    const auto tops = [](DoubleWords v) { return ((v << 16) & 0x00FF0000) | ((v << 8) & 0xFF000000); };
-    return narrow_upper_halves(tops(load_spread12<0>(group)), tops(load_spread12<0>(group + kSpread12Bytes)));
   } else {
-    const auto tops = [](DoubleWords v) { return v << 8; };
-    return narrow_upper_halves(tops(load_spread12<1>(group + 1)),
-                               tops(load_spread12<1>(group + 1 + kSpread12Bytes)));
+    return x % 2 == 0 ? load_top_bytes12_by_fours<0>(group) : load_top_bytes12_by_fours<1>(group + 2);
   }
 }
 

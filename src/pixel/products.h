@@ -8,6 +8,8 @@
 // For 64-byte vectors g++ 12 works narrowings of constants out wrongly; give them loaded or hidden operands.
 #pragma once
 
+#include <algorithm>
+
 #include "pixel/lanes.h"
 
 #if defined(__SSE2__)
@@ -18,6 +20,35 @@ namespace qvn {
 
 using SignedDoubleWords = Lanes<int32_t>;
 using Floats = Lanes<float>;
+
+// Two 16-byte blocks from anywhere, end to end in a 32-byte vector. g++ 12 loads both and joins them by a
+// permutation if it is not told to load the second one into its place.
+inline Bytes load_block_pair(const uint8_t* lower, const uint8_t* upper) {
+#if defined(__AVX2__) && !defined(__AVX512BW__)
+  return as<Bytes>(
+      _mm256_inserti128_si256(_mm256_castsi128_si256(load<__m128i>(lower)), load<__m128i>(upper), 1));
+#else
+  using Block = typename VectorOf<uint8_t, 16>::type;
+  Bytes blocks{};
+  const Block halves[] = {load<Block>(lower), load<Block>(upper)};
+  std::memcpy(&blocks, halves, std::min(sizeof blocks, sizeof halves));
+  return blocks;
+#endif
+}
+
+// A vector's 16-byte blocks from every `Stride` bytes.
+template <size_t Stride>
+inline Bytes load_blocks(const uint8_t* from) {
+  if constexpr (kLaneBytes == 32) {
+    return load_block_pair(from, from + Stride);
+  } else {
+    Bytes blocks;
+    for (size_t i = 0; i < kLaneBytes / 16; ++i) {
+      std::memcpy(reinterpret_cast<uint8_t*>(&blocks) + 16 * i, from + Stride * i, 16);
+    }
+    return blocks;
+  }
+}
 
 // Byte i is byte from[i] of v's own 16-byte block, or 0 where from[i] is 128 or more; from 16 to 127 it is
 // undefined.
@@ -51,6 +82,25 @@ inline SignedWords multiply_high(SignedWords a, SignedWords b) {
     high[i] = static_cast<int16_t>((int32_t{a[i]} * b[i]) >> 16);
   }
   return high;
+#endif
+}
+
+// a * b / 2^15 of each lane, rounded to nearest, halves upward. Not of the two smallest words.
+inline SignedWords multiply_round(SignedWords a, SignedWords b) {
+#if defined(__AVX512BW__)
+  return as<SignedWords>(_mm512_mulhrs_epi16(as<__m512i>(a), as<__m512i>(b)));
+#elif defined(__AVX2__)
+  return as<SignedWords>(_mm256_mulhrs_epi16(as<__m256i>(a), as<__m256i>(b)));
+#elif defined(__SSSE3__)
+  return as<SignedWords>(_mm_mulhrs_epi16(as<__m128i>(a), as<__m128i>(b)));
+#elif defined(__wasm_simd128__)
+  return as<SignedWords>(__builtin_wasm_q15mulr_sat_s_i16x8(as<SignedWords>(a), as<SignedWords>(b)));
+#else
+  SignedWords rounded{};
+  for (int i = 0; i < kLaneCount<SignedWords>; ++i) {
+    rounded[i] = static_cast<int16_t>((int32_t{a[i]} * b[i] + (1 << 14)) >> 15);
+  }
+  return rounded;
 #endif
 }
 
@@ -179,6 +229,21 @@ inline DoubleWords truncate_to_double_words(Floats v) {
     integers[i] = fits ? static_cast<uint32_t>(static_cast<int32_t>(v[i])) : 0x80000000;
   }
   return integers;
+#endif
+}
+
+// Bit i is the uppermost bit of byte i.
+inline uint64_t top_bits(Bytes v) {
+#if defined(__AVX512BW__)
+  return _mm512_movepi8_mask(as<__m512i>(v));
+#elif defined(__AVX2__)
+  return static_cast<uint32_t>(_mm256_movemask_epi8(as<__m256i>(v)));
+#elif defined(__SSE2__)
+  return static_cast<uint32_t>(_mm_movemask_epi8(as<__m128i>(v)));
+#else
+  uint64_t bits = 0;
+  for (int i = 0; i < kLaneBytes; ++i) bits |= uint64_t{v[i] >= 128} << i;
+  return bits;
 #endif
 }
 

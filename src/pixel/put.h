@@ -1,7 +1,8 @@
 // Puts: what is written for a pixel's channels. A put knows its bytes a pixel and how many of them, the first
 // ones, it writes, how one pixel is written, and how a vector of consecutive pixels is, in the form `Form` or
 // as Rgb<Bytes>; it writes those bytes only. Puts whose Form is Rgb<Bytes> also take `halves`: blocks of 16
-// bytes that hold their even pixels first, then their odd ones.
+// bytes that hold their even pixels first, then their odd ones. A put of one grey byte a pixel has `grey`,
+// which makes the bytes, in the order of the pixels, whatever that is.
 #pragma once
 
 #include <type_traits>
@@ -48,7 +49,11 @@ struct PutY8 {
   }
   template <class Pixels>
   static void pixels(uint8_t* out, const Pixels& p) {
-    store(out, luma_77_150_29(p));
+    store(out, grey(p));
+  }
+  template <class Pixels>
+  static Bytes grey(const Pixels& p) {
+    return luma_77_150_29(p);
   }
 };
 
@@ -62,7 +67,11 @@ struct PutY8Rounded {
   }
   template <class Pixels>
   static void pixels(uint8_t* out, const Pixels& p) {
-    store(out, luma_54_184_18(p));
+    store(out, grey(p));
+  }
+  template <class Pixels>
+  static Bytes grey(const Pixels& p) {
+    return luma_54_184_18(p);
   }
 };
 

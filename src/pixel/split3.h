@@ -10,6 +10,7 @@
 
 #include "pixel/lanes.h"
 #include "pixel/merge3.h"
+#include "pixel/products.h"
 
 namespace qvn {
 
@@ -24,29 +25,30 @@ template <int Channel>
 constexpr int gather3(int i) {
   return i / 16 * 16 + (3 * (i % 16) + Channel) % 16;
 }
+
+// Where channel c's pixel i is in block `Block`, or 128 if it is in another one.
+template <int Block, int Channel>
+constexpr int in_block3(int i) {
+  const int place = 3 * (i % 16) + Channel;
+  return place / 16 == Block ? place % 16 : 128;
+}
 }  // namespace places
 
-// Block `Block` of each 48 bytes, for all 16-byte blocks of a vector.
-template <int Block>
-inline Bytes load_every_third_block(const uint8_t* from) {
-  Bytes lanes;
-  for (int block = 0; block < kLaneBytes / 16; ++block) {
-    std::memcpy(reinterpret_cast<uint8_t*>(&lanes) + 16 * block, from + 48 * block + 16 * Block, 16);
-  }
-  return lanes;
+// A channel at once, by a permutation of each block. For vectors of 32 bytes, where a blend of bytes may take
+// three operations: a tenth less time than by blends.
+template <int Channel>
+inline Bytes gather3_by_permutes(Bytes block0, Bytes block1, Bytes block2) {
+  return permute_blocks(block0, constant<Bytes, places::in_block3<0, Channel>>()) |
+         permute_blocks(block1, constant<Bytes, places::in_block3<1, Channel>>()) |
+         permute_blocks(block2, constant<Bytes, places::in_block3<2, Channel>>());
 }
 
 inline Channels3 load_split3_permuted(const uint8_t* from) {
-  Bytes block0, block1, block2;
+  const Bytes block0 = load_blocks<48>(from), block1 = load_blocks<48>(from + 16),
+              block2 = load_blocks<48>(from + 32);
   if constexpr (kLaneBytes == 32) {
-    const Bytes first = load<Bytes>(from), second = load<Bytes>(from + 32), third = load<Bytes>(from + 64);
-    block0 = shuffle<places::join_blocks<0, 3>>(first, second);
-    block1 = shuffle<places::join_blocks<1, 2>>(first, third);
-    block2 = shuffle<places::join_blocks<0, 3>>(second, third);
-  } else {
-    block0 = load_every_third_block<0>(from);
-    block1 = load_every_third_block<1>(from);
-    block2 = load_every_third_block<2>(from);
+    return {gather3_by_permutes<0>(block0, block1, block2), gather3_by_permutes<1>(block0, block1, block2),
+            gather3_by_permutes<2>(block0, block1, block2)};
   }
   const Bytes a = blend<places::is_channel<0, 0>>(block0, blend<places::is_channel<1, 0>>(block1, block2));
   const Bytes b = blend<places::is_channel<0, 1>>(block0, blend<places::is_channel<1, 1>>(block1, block2));

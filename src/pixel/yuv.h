@@ -40,6 +40,15 @@ inline Yuv<Words> weighted_yuv(Bytes red_blue, Words green) {
           centre - weighted_red_blue<-128, 21, RedFirst>(red_blue) - green * factor<Words>(107)};
 }
 
+// The same with chroma around 0, 128 less: as signed words, shifted already.
+template <bool RedFirst>
+inline Yuv<SignedWords> weighted_signed_yuv(Bytes red_blue, Words green) {
+  const auto chroma = [](Words sum) { return as<SignedWords>(sum) >> 8; };
+  return {as<SignedWords>(weighted_red_blue<77, 29, RedFirst>(red_blue) + green * factor<Words>(150)),
+          chroma(green * factor<Words>(-85) - weighted_red_blue<43, -128, RedFirst>(red_blue)),
+          chroma(green * factor<Words>(-107) - weighted_red_blue<-128, 21, RedFirst>(red_blue))};
+}
+
 template <int Odd>
 struct YuvPairs {
   explicit YuvPairs(const RbgPairs<Odd>& p)

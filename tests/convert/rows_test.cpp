@@ -108,6 +108,27 @@ TEST_P(ConvertRow, WorksInPlace) {
 INSTANTIATE_TEST_SUITE_P(All, ConvertRow, testing::ValuesIn(kRows),
                          [](const auto& info) { return std::string(info.param.name); });
 
+/// Every colour in rows that share their red and green, few of which have a whole luma; and rows of grey,
+/// where every pixel has one.
+TEST(Rgb8ToY8, EveryColour) {
+  constexpr size_t kPixels = 256;
+  std::vector<uint8_t> src(3 * kPixels), expected(kPixels), actual(kPixels);
+  for (size_t line = 0; line < 0x10000; ++line) {
+    for (size_t x = 0; x < kPixels; ++x) {
+      src[3 * x] = static_cast<uint8_t>(line >> 8);
+      src[3 * x + 1] = static_cast<uint8_t>(line);
+      src[3 * x + 2] = static_cast<uint8_t>(x);
+    }
+    rgb8_to_y8_plain(expected.data(), src.data(), kPixels);
+    rgb8_to_y8(actual.data(), src.data(), kPixels);
+    ASSERT_EQ(expected, actual) << line;
+  }
+  for (size_t i = 0; i < src.size(); ++i) src[i] = static_cast<uint8_t>(i / 3);
+  rgb8_to_y8_plain(expected.data(), src.data(), kPixels);
+  rgb8_to_y8(actual.data(), src.data(), kPixels);
+  EXPECT_EQ(expected, actual);
+}
+
 /// Every sample, for every number of bits that a shift count tells apart.
 TEST(SampleCut, EverySampleForEveryNumberOfBits) {
   constexpr size_t kSamples = 65536;

@@ -168,7 +168,7 @@ void compare_truncation() {
 }
 
 TEST(CygmColour, DifferencesAreTruncatedTowardZero) {
-  compare_truncation<1, 255>();
+  compare_truncation<1, 16383>();
   compare_truncation<2, 510>();
   compare_truncation<4, 2040>();
 }

@@ -128,6 +128,28 @@ TEST(Products, PairsOfBytes) {
   }
 }
 
+TEST(Products, RoundedToNearestHalvesUpward) {
+  for (int a = -32768; a < 32768; a += kLaneCount<SignedWords>) {
+    SignedWords lanes{};
+    for (int i = 0; i < kLaneCount<SignedWords>; ++i) lanes[i] = static_cast<int16_t>(a + i);
+    for (const int b : {-32767, -3, 1, 8192, 16383, 16384, 32767}) {
+      const SignedWords rounded = multiply_round(lanes, SignedWords{} + static_cast<int16_t>(b));
+      for (int i = 0; i < kLaneCount<SignedWords>; ++i) {
+        ASSERT_EQ(rounded[i], ((a + i) * b + 0x4000) >> 15) << a + i << " " << b;
+      }
+    }
+  }
+}
+
+TEST(Products, TopBits) {
+  for (int i = 0; i < kLaneBytes; ++i) {
+    Bytes lanes = Bytes{} + uint8_t{127};
+    lanes[i] = 128;
+    ASSERT_EQ(top_bits(lanes), uint64_t{1} << i);
+    ASSERT_EQ(top_bits(lanes ^ 0x80), (~uint64_t{0} >> (64 - kLaneBytes)) ^ (uint64_t{1} << i));
+  }
+}
+
 TEST(Merge3, Triple) {
   const std::vector<uint8_t> from = random_bytes(kLaneBytes, 6);
   std::vector<uint8_t> out(3 * kLaneBytes + 8, 0x5A);
