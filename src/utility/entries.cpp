@@ -87,7 +87,7 @@ uint32_t QVN_FlipVertical(uint8_t* buffer, uint32_t lineBytes, uint32_t height) 
   log_entry(__func__);
   std::unique_ptr<uint8_t[]> scratch;
   try {
-    scratch = std::make_unique_for_overwrite<uint8_t[]>(lineBytes);
+    scratch.reset(new uint8_t[lineBytes]);
   } catch (const std::bad_alloc&) {
     return QVN_E_OUT_OF_MEMORY;
   }

