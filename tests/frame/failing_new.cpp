@@ -3,6 +3,8 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
+#include <memory>
 #include <new>
 
 namespace {
@@ -28,10 +30,36 @@ void* allocate(std::size_t size) {
   return memory;
 }
 
+void* allocate_or_null(std::size_t size) noexcept {
+  try {
+    return allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void release(void* memory) {
   if (memory == nullptr) return;
   --live;
   std::free(memory);
+}
+
+/// The block's own address lies before the aligned one.
+void* allocate_aligned(std::size_t size, std::align_val_t alignment) {
+  const auto step = static_cast<std::size_t>(alignment);
+  void* const block = allocate(size + step + sizeof(void*));
+  void* aligned = static_cast<char*>(block) + sizeof(void*);
+  std::size_t space = size + step;
+  std::align(step, size, aligned, space);
+  std::memcpy(static_cast<char*>(aligned) - sizeof(void*), &block, sizeof block);
+  return aligned;
+}
+
+void release_aligned(void* memory) {
+  if (memory == nullptr) return;
+  void* block = nullptr;
+  std::memcpy(&block, static_cast<char*>(memory) - sizeof(void*), sizeof block);
+  release(block);
 }
 
 }  // namespace
@@ -48,7 +76,12 @@ long live_allocations() { return live; }
 
 void* operator new(std::size_t size) { return allocate(size); }
 void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate_or_null(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocate_or_null(size); }
 void operator delete(void* memory) noexcept { release(memory); }
 void operator delete[](void* memory) noexcept { release(memory); }
 void operator delete(void* memory, std::size_t) noexcept { release(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
+void* operator new(std::size_t size, std::align_val_t alignment) { return allocate_aligned(size, alignment); }
+void operator delete(void* memory, std::align_val_t) noexcept { release_aligned(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { release_aligned(memory); }
