@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The library exports the functions that the header declares, each of them and nothing else; it carries its version
-# note and needs the C and C++ runtimes alone.
+# note, needs the C and C++ runtimes alone, and is hardened: relocations bound at load and read-only from then on, no
+# executable stack, no text relocations.
 #   exports_test.sh LIBRARY HEADER
 set -euo pipefail
 library=$1 header=$2
@@ -20,6 +21,10 @@ if [[ -n $needed && -z ${QVN_SANITIZED:-} ]]; then
   echo "$needed"
   exit 1
 fi
-readelf -lW "$library" | grep GNU_STACK | grep -qv RWE || { echo "$library has an executable stack"; exit 1; }
-if readelf -d "$library" | grep -q TEXTREL; then echo "$library has text relocations"; exit 1; fi
+segments=$(readelf -lW "$library")
+dynamic=$(readelf -dW "$library")
+grep GNU_STACK <<<"$segments" | grep -qv RWE || { echo "$library has an executable stack"; exit 1; }
+grep -q GNU_RELRO <<<"$segments" || { echo "$library leaves its relocations writable"; exit 1; }
+grep -q BIND_NOW <<<"$dynamic" || { echo "$library binds its functions late"; exit 1; }
+if grep -q TEXTREL <<<"$dynamic"; then echo "$library has text relocations"; exit 1; fi
 echo "$count functions"
