@@ -27,6 +27,15 @@ const ColorCorrectionTable kTable8 = {CcTable8,          0, nullptr, words.data(
 const ColorCorrectionTable kTable16 = {
     CcTable16, 0, nullptr, words.data(), words.data() + words.size(), words.data() + words.size()};
 
+// As many entries as samples of 12 bits have values.
+std::array<uint16_t, 4096> words12 = [] {
+  std::array<uint16_t, 4096> all{};
+  std::iota(all.rbegin(), all.rend(), uint16_t{0});
+  return all;
+}();
+const ColorCorrectionTable kTable12 = {
+    CcTable16, 0, nullptr, words12.data(), words12.data() + words12.size(), words12.data() + words12.size()};
+
 const ColorCorrectionFloat kMatrix = floats(CcMatrixFloat, 0);
 const ColorCorrectionFloat kGamma8 = floats(CcGamma, 255), kGamma12 = floats(CcGamma, 4095),
                            kGamma16 = floats(CcGamma, 65535);
@@ -85,14 +94,17 @@ const std::vector<EntryRow>& correction_rows() {
       {"Raw8ToY8_CC_fixed", kByte, kByte, to_bytes<QVN_Raw8ToY8_CC, kFixed8>},
       {"Raw8ToY8_CC_table", kByte, kByte, to_bytes<QVN_Raw8ToY8_CC, kTable8>},
       {"Raw8ToY8_CC_gamma", kByte, kByte, to_bytes<QVN_Raw8ToY8_CC, kGamma8>},
+      {"Raw8ToY8_CC_gamma_matrix", kByte, kByte, to_bytes<QVN_Raw8ToY8_CC, kGammaMatrix8>},
 
       {"Raw12ToBGR_CC_float", kPacked12, 3 * kByte, to_bytes<QVN_Raw12ToBGR_CC, kMatrix>},
       {"Raw12ToBGR_CC_fixed", kPacked12, 3 * kByte, to_bytes<QVN_Raw12ToBGR_CC, kFixed16>},
       {"Raw12ToBGR_CC_table", kPacked12, 3 * kByte, to_bytes<QVN_Raw12ToBGR_CC, kTable16>},
       {"Raw12ToBGR_CC_gamma", kPacked12, 3 * kByte, to_bytes<QVN_Raw12ToBGR_CC, kGamma8>},
+      {"Raw12ToBGR_CC_gamma_matrix", kPacked12, 3 * kByte, to_bytes<QVN_Raw12ToBGR_CC, kGammaMatrix8>},
       {"Raw12ToBGR16_CC_float", kPacked12, 6 * kByte, to_words<QVN_Raw12ToBGR16_CC, kMatrix>},
       {"Raw12ToBGR16_CC_fixed", kPacked12, 6 * kByte, to_words<QVN_Raw12ToBGR16_CC, kFixed16>},
       {"Raw12ToBGR16_CC_table", kPacked12, 6 * kByte, to_words<QVN_Raw12ToBGR16_CC, kTable16>},
+      {"Raw12ToBGR16_CC_table4096", kPacked12, 6 * kByte, to_words<QVN_Raw12ToBGR16_CC, kTable12>},
       {"Raw12ToBGR16_CC_gamma", kPacked12, 6 * kByte, to_words<QVN_Raw12ToBGR16_CC, kGamma12>},
       {"Raw12ToBGR16_CC_gamma_matrix", kPacked12, 6 * kByte, to_words<QVN_Raw12ToBGR16_CC, kGammaMatrix12>},
 
@@ -101,12 +113,22 @@ const std::vector<EntryRow>& correction_rows() {
       {"Raw16ToBGR16_CC_table", 2 * kByte, 6 * kByte, shifted<QVN_Raw16ToBGR16_CC, 0, kTable16>},
       {"Raw16ToBGR16_CC_gamma", 2 * kByte, 6 * kByte, shifted<QVN_Raw16ToBGR16_CC, 0, kGamma16>},
       {"Raw16ToBGR16_CC_gamma_matrix", 2 * kByte, 6 * kByte, shifted<QVN_Raw16ToBGR16_CC, 0, kGammaMatrix16>},
+      {"Raw16ToBGR16_CC_shift4_table4096", 2 * kByte, 6 * kByte, shifted<QVN_Raw16ToBGR16_CC, 4, kTable12>},
+      {"Raw16ToBGR16_CC_shift4_gamma", 2 * kByte, 6 * kByte, shifted<QVN_Raw16ToBGR16_CC, 4, kGamma12>},
+      {"Raw16ToBGR16_CC_shift4_gamma_matrix", 2 * kByte, 6 * kByte,
+       shifted<QVN_Raw16ToBGR16_CC, 4, kGammaMatrix12>},
       {"Raw16ToY16_CC_float", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 0, kMatrix>},
       {"Raw16ToY16_CC_fixed", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 0, kFixed16>},
+      {"Raw16ToY16_CC_table", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 0, kTable16>},
+      {"Raw16ToY16_CC_gamma", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 0, kGamma16>},
+      {"Raw16ToY16_CC_gamma_matrix", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 0, kGammaMatrix16>},
       {"Raw16ToY16_CC_shift4_float", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 4, kMatrix>},
       {"Raw16ToY16_CC_shift4_fixed", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 4, kFixed16>},
       {"Raw16ToY16_CC_shift4_table", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 4, kTable16>},
+      {"Raw16ToY16_CC_shift4_table4096", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 4, kTable12>},
       {"Raw16ToY16_CC_shift4_gamma", 2 * kByte, 2 * kByte, shifted<QVN_Raw16ToY16_CC, 4, kGamma12>},
+      {"Raw16ToY16_CC_shift4_gamma_matrix", 2 * kByte, 2 * kByte,
+       shifted<QVN_Raw16ToY16_CC, 4, kGammaMatrix12>},
   };
   return rows;
 }

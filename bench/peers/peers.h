@@ -1,27 +1,24 @@
 // Other libraries' conversions, as far as they were found when the project was configured.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 using Conversion = std::function<void(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height)>;
 
+// What a library offers beside a row of ours, which has the name `row`. `name` is the library's, and behind a
+// hyphen the method, or how its work differs: ARGB writes four bytes a pixel where ours writes three, copy
+// has a second buffer where ours works in place, two-steps are two calls with a picture between them.
 struct Peer {
-  const char* name;
+  std::string row, name;
   Conversion conversion;
 };
 
-void prepare_peers();  // one thread each
-
-std::vector<Peer> bayer_peers();
-std::vector<Peer> yuv444_peers();
-std::vector<Peer> yuv422_peers();
-std::vector<Peer> yuv411_peers();
-std::vector<Peer> swap_peers();
-std::vector<Peer> grey_peers();
-std::vector<Peer> grey_to_colour_peers();
-std::vector<Peer> mono16_peers();
-std::vector<Peer> split_peers();
-std::vector<Peer> stretch_peers(bool rgb, bool linear);  // lines to five quarters of their length
-std::vector<Peer> mirror_peers(bool rgb);                // lines reversed
+// Each library's file adds its own; a library that was not found has no file. One thread each.
+void add_opencv(std::vector<Peer>& peers);
+void add_libyuv(std::vector<Peer>& peers);
+void add_swscale(std::vector<Peer>& peers);
+void add_dc1394(std::vector<Peer>& peers);
