@@ -4,7 +4,7 @@
 # Makes chart frames of 768x512 as cameras send them (OUTDIR/frames), in every format that the tool converts and
 # for mosaics in all four orders. Converts each by every method and to every target that `qvn formats` lists; a
 # mosaic's other three orders by its first method alone. 12 bits in 16 are spread, to be seen.
-# OUTDIR/sheet.png shows the methods side by side.
+# OUTDIR/sheet.png shows the methods side by side, OUTDIR/orders.png a frame in all four orders.
 set -euo pipefail
 tool=${1:?usage: scripts/pictures.sh TOOL OUTDIR}
 out=${2:?usage: scripts/pictures.sh TOOL OUTDIR}
@@ -50,4 +50,5 @@ export -f convert
 printf '%s\n' "${jobs[@]}" | xargs -d '\n' -n 1 -P "$(nproc)" bash -c 'convert $1' pictures
 
 "$tool" sheet "$out/frames/raw8_rggb.raw" "$out/sheet.png" --size $size --from raw8 --pattern rggb
+"$tool" sheet "$out/frames/raw8_gbrg.raw" "$out/orders.png" --size $size --from raw8 --show patterns
 echo "Look at $out/sheet.png first; the pictures of every format and method are in $out."

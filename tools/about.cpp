@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "conversions.h"
+#include "failure.h"
 #include "formats.h"
 
 namespace qvn::tool {
@@ -39,6 +40,17 @@ std::string level_of(const std::string& path) {
   }
   const std::size_t start = at + folder.size();
   return path.substr(start, path.find('/', start) - start);
+}
+
+/// The library's twelve flags, a digit each.
+std::string capabilities() {
+  TechnoInfo info{};
+  QVN_GetTechnoInfo(&info);
+  std::string text;
+  for (const std::uint8_t flag : info.flags) {
+    append_part(text, " ", std::to_string(flag));
+  }
+  return text;
 }
 
 /// A row for each function and size rule; the targets beyond its first stand below that.
@@ -102,7 +114,8 @@ std::string list_formats() {
       "  PGM, PPM  binary, 8 and 16 bits, with their own size; raw8, raw16be, rgb8 or rgb16be unless --from\n"
       "            says otherwise; a PPM also as a chart's --scene\n"
       "\nFiles written\n"
-      "  PNG, PPM, PGM  8 and 16 bits, by the suffix or --out-format; PNG with opacity for bgra\n"
+      "  PNG, TIFF, PPM, PGM  8 and 16 bits, by the suffix or --out-format; the first two with opacity for\n"
+      "                 bgra\n"
       "  headerless     raw and bin: by qvn convert what the library wrote, blue first, words of 16 bits in\n"
       "                 this machine's order, planes one behind the other; by qvn chart the frame\n";
   return text;
@@ -115,7 +128,8 @@ std::string describe_version() {
   static_cast<void>(std::snprintf(text.data(), text.size(), "qvn %u.%u.%u.%u (version word 0x%08X)",
                                   word >> 24, word >> 16 & 0xFF, word >> 8 & 0xFF, word & 0xFF, word));
   const std::string file = library_file();
-  return std::string(text.data()) + "\nlibrary: " + file + "\nlevel: " + level_of(file);
+  return std::string(text.data()) + "\nlibrary: " + file + "\nlevel: " + level_of(file) +
+         "\ncapabilities: " + capabilities();
 }
 
 }  // namespace qvn::tool

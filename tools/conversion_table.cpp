@@ -34,8 +34,12 @@ constexpr SizeRule kHalvesOfThreePairs{
 // With two lines in a half the filter looks back before the half.
 constexpr SizeRule kHalvesOfThreeLines{.width_step = 2, .height_step = 2, .least = {2, 6}};
 
-// A method of a format; the first one is the default.
+constexpr SizeRule kEights{.pixel_step = 8};
+
 constexpr std::string_view kTransform = "transform";
+// The functions for big-endian grey that know no other form of sample.
+constexpr std::string_view kPlain = "plain";
+constexpr std::string_view kPlainByEights = "plain-by-eights";
 
 /// The buffer of a frame's 16-bit samples comes from the heap, which aligns it.
 std::uint16_t* words(std::uint8_t* dst) { return reinterpret_cast<std::uint16_t*>(dst); }
@@ -283,6 +287,9 @@ std::vector<Conversion> single_rows() {
       {"y8", "direct", "bgr", "QVN_Y8ToBGR", kAny, run_of_pixels<QVN_Y8ToBGR>},
       {"y16be", "direct", "y8", "QVN_Y16ToY8Ex", kAny, run_of_words<QVN_Y16ToY8Ex, true>, 8, false, true},
       {"y16be", "direct", "bgr", "QVN_Y16ToBGREx", kAny, run_of_words<QVN_Y16ToBGREx, true>, 8, false, true},
+      {"y16be", kPlain, "y8", "QVN_Y16ToY8", kAny, run_of_pixels<QVN_Y16ToY8>},
+      {"y16be", kPlain, "bgr", "QVN_Y16ToBGR", kAny, run_of_pixels<QVN_Y16ToBGR>},
+      {"y16be", kPlainByEights, "y8", "QVN_Y16ToY8_MMX", kEights, run_of_pixels<QVN_Y16ToY8_MMX>},
       {"y16le", "direct", "y8", "QVN_Y16ToY8Ex", kAny, run_of_words<QVN_Y16ToY8Ex, false>, 8, false, true},
       {"y16le", "direct", "bgr", "QVN_Y16ToBGREx", kAny, run_of_words<QVN_Y16ToBGREx, false>, 8, false, true},
       {"rgb8", "direct", "bgr", "QVN_RGB8ToBGR", kAny, run_of_pixels<QVN_RGB8ToBGR>},

@@ -10,11 +10,15 @@
 #include <optional>
 #include <utility>
 
+#include "bands.h"
+#include "edges.h"
 #include "failure.h"
 #include "numbers.h"
 
 namespace qvn::tool {
 namespace {
+
+constexpr std::int64_t kMostThreads = 1024;
 
 void add_once(std::vector<std::string>& names, std::string_view name) {
   if (std::find(names.begin(), names.end(), name) == names.end()) {
@@ -44,6 +48,10 @@ void check_size(const Frame& frame, const Conversion& conversion) {
   }
   if (size.pixels() < rule.least_pixels) {
     throw Failure(what + "at least " + std::to_string(rule.least_pixels) + " pixels, found " + to_text(size));
+  }
+  if (size.pixels() % rule.pixel_step != 0) {
+    throw Failure(what + "a number of pixels that is " + step_rule(rule.pixel_step) + ", found " +
+                  to_text(size));
   }
 }
 
@@ -113,6 +121,9 @@ void check_options(const Frame& frame, const Conversion& conversion, const Pictu
   if (options.stretch && target.depth != 16) {
     refuse(conversion, "--stretch");
   }
+  if (!options.edges.empty() && options.edges != "keep" && options.edges != "fill") {
+    throw Failure("--edges: expected keep or fill, found " + quoted(options.edges));
+  }
 }
 
 }  // namespace
@@ -145,6 +156,9 @@ std::string size_rule(const Conversion& conversion) {
   if (rule.least_pixels > 1) {
     parts.push_back("at least " + std::to_string(rule.least_pixels) + " pixels");
   }
+  if (rule.pixel_step > 1) {
+    parts.push_back(named("number of pixels", rule.pixel_step));
+  }
   std::string text;
   for (const std::string& part : parts) {
     text += (text.empty() ? "" : ", ") + part;
@@ -156,7 +170,7 @@ bool takes_size(const Conversion& conversion, Size size) {
   const SizeRule& rule = conversion.size;
   return size.width >= rule.least.width && size.height >= rule.least.height &&
          size.width % rule.width_step == 0 && size.height % rule.height_step == 0 &&
-         size.pixels() >= rule.least_pixels;
+         size.pixels() >= rule.least_pixels && size.pixels() % rule.pixel_step == 0;
 }
 
 const std::vector<Target>& targets() {
@@ -245,27 +259,45 @@ Converted run_conversion(const Frame& frame, const Conversion& conversion, const
 
   // Methods that work inside the source get a copy like all others: the frame is converted again for a sheet.
   Frame source = frame;
-  balance(source, options.black, options.white_balance);
+  const std::string gains = balance(source, options.black, options.white_balance);
   const std::size_t planes = std::max<std::size_t>(target.planes.size(), 1);
   Converted converted{std::vector<std::uint8_t>(frame.size.pixels() * target.pixel_bytes * planes),
-                      std::max(conversion.bits, shift + 1) - shift, correction ? correction->about() : ""};
+                      std::max(conversion.bits, shift + 1) - shift, correction ? correction->about() : "",
+                      gains};
   if (target.channels == 4) {
     for (std::size_t i = 3; i < converted.bytes.size(); i += 4) {
       converted.bytes[i] = 255;
     }
   }
+  const std::string_view entry = correction ? conversion.corrected.entry : conversion.entry;
+  const auto threads = static_cast<std::uint32_t>(
+      options.threads.empty() ? 1 : parse_whole("--threads", options.threads, 1, kMostThreads));
+  // Where the host has another order, only the run itself brings these samples to it.
+  const bool host_order = std::endian::native == std::endian::little || !conversion.format.ends_with("le");
+  const bool cut = threads > 1 && host_order && can_be_cut(conversion, correction.has_value());
   const Run run = correction ? conversion.corrected.run : conversion.run;
-  const std::uint32_t status = run(converted.bytes.data(), source.bytes.data(), source, call);
-  if (status != QVN_OK) {
-    throw Failure(std::string(correction ? conversion.corrected.entry : conversion.entry) +
-                  " refused the frame: " + status_text(status));
+  if (cut) {
+    run_in_bands(conversion, converted.bytes, source, target.selector, shift,
+                 correction ? &*correction : nullptr, threads);
+  } else if (const std::uint32_t status = run(converted.bytes.data(), source.bytes.data(), source, call);
+             status != QVN_OK) {
+    throw Failure(std::string(entry) + " refused the frame: " + status_text(status));
+  }
+  if (options.edges == "fill") {
+    if (const auto edges = edges_of(entry)) {
+      fill_edges(converted.bytes, frame.size, target.pixel_bytes, target.name == "uyvy", *edges,
+                 *frame.pattern);
+    }
   }
   if (correction && conversion.takes_shift && (target.channels == 3 || shift != 0)) {
-    converted.note += converted.note.empty() ? "" : "; ";
-    converted.note +=
-        target.channels == 3
-            ? "this function corrects one colour of every second pixel twice"
-            : "with a shift, this function leaves two colours of every second pixel as they are";
+    append_part(converted.note, "; ",
+                target.channels == 3
+                    ? "this function corrects one colour of every second pixel twice"
+                    : "with a shift, this function leaves two colours of every second pixel as they are");
+  }
+  if (threads > 1 && !cut) {
+    append_part(converted.note, "; ",
+                std::string(entry) + " works on a frame as a whole: --threads makes no difference");
   }
   return converted;
 }

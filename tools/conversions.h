@@ -29,6 +29,7 @@ struct SizeRule {
   std::uint32_t height_step = 1;
   Size least{1, 1};
   std::uint32_t least_pixels = 1;
+  std::uint32_t pixel_step = 1;  // the number of pixels must be a multiple of it
 };
 
 /// What a function is called with beside its buffers and the frame.
@@ -91,12 +92,15 @@ struct PictureOptions {
   std::string matrix_clamped;
   CorrectionOptions correction;
   bool stretch = false;
+  std::string edges;
+  std::string threads;
 };
 
 struct Converted {
   std::vector<std::uint8_t> bytes;  // as the library writes them
   std::uint32_t bits;               // that count in a sample
   std::string note;                 // what the user should know of the picture; empty: nothing
+  std::string gains;                // of the white balance, if there is one
 };
 
 /// Runs one. The frame stays whole whatever the library does with its source. Throws Failure for a size that

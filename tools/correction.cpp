@@ -15,13 +15,14 @@ namespace {
 
 constexpr std::uint64_t kLongestTable = std::uint64_t{1} << 20;
 
-std::vector<float> parse_numbers(const std::string& option, const std::string& text, std::size_t count) {
-  std::vector<float> numbers;
+template <class Number>
+std::vector<Number> parse_numbers(const std::string& option, const std::string& text, std::size_t count) {
+  std::vector<Number> numbers;
   const char* at = text.data();
   const char* const end = at + text.size();
   bool whole = false;
   while (!whole) {
-    float number = 0;
+    Number number = 0;
     const auto parsed = std::from_chars(at, end, number);
     if (parsed.ec != std::errc{} || !std::isfinite(number)) {
       break;
@@ -43,13 +44,14 @@ std::vector<float> parse_numbers(const std::string& option, const std::string& t
 
 /// Whole numbers with white space between them.
 std::vector<std::uint32_t> read_table(const std::string& path) {
-  const Input input = read_input(path, kLongestTable);
-  const std::string name = input_name(path);
-  if (input.cut) {
+  InputStream input(path);
+  const std::string& name = input.name();
+  const std::vector<std::uint8_t> bytes = input.read(kLongestTable);
+  if (!input.at_end()) {
     throw Failure(name + " is too long for a table: expected at most " + std::to_string(kLongestTable) +
                   " bytes");
   }
-  const std::string text(input.bytes.begin(), input.bytes.end());
+  const std::string text(bytes.begin(), bytes.end());
   constexpr const char* kSpace = " \t\r\n";
   std::vector<std::uint32_t> table;
   for (std::size_t at = text.find_first_not_of(kSpace); at != std::string::npos;) {
@@ -151,10 +153,20 @@ Gains grey_world(const Frame& frame, const Samples& samples, std::uint32_t black
   return {brightest / means[0], brightest / means[1], brightest / means[2]};
 }
 
+std::string to_text(const Gains& gains) {
+  std::string text;
+  for (const double gain : gains) {
+    std::array<char, 32> digits{};
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), gain);
+    append_part(text, ",", {digits.data(), written.ptr});
+  }
+  return text;
+}
+
 }  // namespace
 
 Matrix parse_matrix(const std::string& option, const std::string& text) {
-  const std::vector<float> numbers = parse_numbers(option, text, 9);
+  const std::vector<float> numbers = parse_numbers<float>(option, text, 9);
   Matrix matrix{};
   std::copy(numbers.begin(), numbers.end(), matrix.begin());
   return matrix;
@@ -172,64 +184,53 @@ Correction::Correction(const CorrectionOptions& options, const CorrectionLimits&
     const std::size_t wanted = std::size_t{1} << limits.index_bits;
     const std::uint32_t top = (1U << (limits.looks_twice ? limits.index_bits : limits.output_bits)) - 1;
     if (table.size() != wanted) {
-      throw Failure(input_name(options.table) + ": expected a table of " + std::to_string(wanted) +
+      throw Failure(quoted(options.table) + ": expected a table of " + std::to_string(wanted) +
                     " numbers, found " + std::to_string(table.size()));
     }
     if (const std::uint32_t most = *std::max_element(table.begin(), table.end()); most > top) {
-      throw Failure(input_name(options.table) + ": expected numbers up to " + std::to_string(top) +
-                    ", found " + std::to_string(most));
+      throw Failure(quoted(options.table) + ": expected numbers up to " + std::to_string(top) + ", found " +
+                    std::to_string(most));
     }
-    const bool of_words = !limits.fixed_int8 && limits.output_bits == 16;
-    if (of_words) {
-      words_.assign(table.begin(), table.end());
-      by_table_.first = words_.data();
-      by_table_.last = words_.data() + words_.size();
-    } else {
-      std::transform(table.begin(), table.end(), std::back_inserter(bytes_),
-                     [](std::uint32_t value) { return static_cast<std::uint8_t>(value); });
-      by_table_.first = bytes_.data();
-      by_table_.last = bytes_.data() + bytes_.size();
-    }
-    by_table_.kind = limits.fixed_int8 ? CcTable8 : CcTable16;
-    object_ = reinterpret_cast<const ColorCorrection*>(&by_table_);
+    const std::vector<std::uint16_t> words(table.begin(), table.end());
+    std::vector<std::uint8_t> bytes;
+    std::transform(table.begin(), table.end(), std::back_inserter(bytes),
+                   [](std::uint32_t value) { return static_cast<std::uint8_t>(value & 0xFF); });
+    object_ = limits.fixed_int8          ? quorvane::Correction::table8(bytes)
+              : limits.output_bits == 16 ? quorvane::Correction::table16(words)
+                                         : quorvane::Correction::table16_of_bytes(bytes);
     return;
   }
   if (!options.matrix_fixed.empty()) {
     const Matrix matrix = parse_matrix("--matrix-fixed", options.matrix_fixed);
     if (limits.fixed_int8) {
-      QVN_CreateColorCorrectionMatrix_Int8(matrix.data(), &created_);
+      object_ = quorvane::Correction::fixed_int8(matrix);
       about_ =
           "the fixed-point matrix of 8-bit frames gives levels of 0 to 31 only; --matrix-clamped does not";
-    } else {
-      QVN_CreateColorCorrectionMatrix_Int16(matrix.data(), &created_);
-      if (limits.output_bits == 8) {
-        about_ = "the fixed-point matrix wraps at 256 in this conversion; --matrix-clamped does not";
-      }
+      return;
     }
-    object_ = created_;
+    object_ = quorvane::Correction::fixed_int16(matrix);
+    if (limits.output_bits == 8) {
+      about_ = "the fixed-point matrix wraps at 256 in this conversion; --matrix-clamped does not";
+    }
     return;
   }
+  Matrix matrix{};
   if (!options.matrix.empty()) {
-    const Matrix matrix = parse_matrix("--matrix", options.matrix);
-    std::copy(matrix.begin(), matrix.end(), by_float_.matrix);
+    matrix = parse_matrix("--matrix", options.matrix);
     about_ =
         "the floating-point matrix does not stop at black and white, highlights wrap; --matrix-clamped does";
   }
-  if (!options.gamma.empty()) {
-    by_float_.gamma = parse_numbers("--gamma", options.gamma, 1)[0];
-    if (by_float_.gamma <= 0) {
-      throw Failure("--gamma: expected a number above 0, found " + quoted(options.gamma));
-    }
-    by_float_.maxValue = static_cast<float>((1U << limits.index_bits) - 1);
+  if (options.gamma.empty()) {
+    object_ = quorvane::Correction::matrix(matrix);
+    return;
   }
-  by_float_.kind = options.gamma.empty() ? CcMatrixFloat : options.matrix.empty() ? CcGamma : CcGammaMatrix;
-  object_ = reinterpret_cast<const ColorCorrection*>(&by_float_);
-}
-
-Correction::~Correction() {
-  if (created_ != nullptr) {
-    QVN_DestroyColorCorrection(created_);
+  const float gamma = parse_numbers<float>("--gamma", options.gamma, 1)[0];
+  if (gamma <= 0) {
+    throw Failure("--gamma: expected a number above 0, found " + quoted(options.gamma));
   }
+  const auto white = static_cast<float>((1U << limits.index_bits) - 1);
+  object_ = options.matrix.empty() ? quorvane::Correction::gamma(gamma, white)
+                                   : quorvane::Correction::gamma_matrix(gamma, white, matrix);
 }
 
 namespace {
@@ -271,9 +272,9 @@ void stretch(Picture& picture, std::uint32_t top) {
   }
 }
 
-void balance(Frame& frame, const std::string& black_text, const std::string& white_balance) {
+std::string balance(Frame& frame, const std::string& black_text, const std::string& white_balance) {
   if (black_text.empty() && white_balance.empty()) {
-    return;
+    return {};
   }
   if (!frame.format->mosaic) {
     throw Failure(std::string(black_text.empty() ? "--wb" : "--black") + " is for Bayer mosaics, found " +
@@ -286,8 +287,8 @@ void balance(Frame& frame, const std::string& black_text, const std::string& whi
   if (white_balance == "auto") {
     gains = grey_world(frame, samples, black);
   } else if (!white_balance.empty()) {
-    const std::vector<float> numbers = parse_numbers("--wb", white_balance, 3);
-    if (std::any_of(numbers.begin(), numbers.end(), [](float gain) { return gain < 0; })) {
+    const std::vector<double> numbers = parse_numbers<double>("--wb", white_balance, 3);
+    if (std::any_of(numbers.begin(), numbers.end(), [](double gain) { return gain < 0; })) {
       throw Failure("--wb: expected auto or three gains of 0 or more, found " + quoted(white_balance));
     }
     std::copy(numbers.begin(), numbers.end(), gains.begin());
@@ -298,6 +299,7 @@ void balance(Frame& frame, const std::string& black_text, const std::string& whi
     samples.set(
         i, static_cast<std::uint32_t>(std::min(std::floor(value + 0.5), static_cast<double>(samples.top()))));
   });
+  return white_balance.empty() ? "" : to_text(gains);
 }
 
 }  // namespace qvn::tool

@@ -4,8 +4,8 @@
 
 #include <quorvane/quorvane.h>
 
-#include <array>
-#include <memory>
+#include <optional>
+#include <quorvane/correction.hpp>
 
 #include "frame.h"
 
@@ -34,24 +34,17 @@ class Correction {
  public:
   /// Throws Failure for texts that make no object, or one that would end the process.
   Correction(const CorrectionOptions& options, const CorrectionLimits& limits);
-  Correction(const Correction&) = delete;
-  Correction& operator=(const Correction&) = delete;
-  ~Correction();
 
-  const ColorCorrection* object() const { return object_; }
+  const quorvane::Correction& checked() const { return *object_; }
+  const ColorCorrection* object() const { return object_->object(); }
   const std::string& about() const { return about_; }
 
  private:
-  ColorCorrectionFloat by_float_{};
-  ColorCorrectionTable by_table_{};
-  std::vector<std::uint8_t> bytes_;
-  std::vector<std::uint16_t> words_;
-  ColorCorrection* created_ = nullptr;
-  const ColorCorrection* object_ = nullptr;
+  std::optional<quorvane::Correction> object_;
   std::string about_;
 };
 
-using Matrix = std::array<float, 9>;
+using Matrix = quorvane::Matrix;
 /// "a,b,...,i", row by row with red, green and blue as inputs. Throws Failure, which names `option`.
 Matrix parse_matrix(const std::string& option, const std::string& text);
 
@@ -63,6 +56,7 @@ void stretch(Picture& picture, std::uint32_t top);
 /// Subtracts the black level from every sample of a mosaic, then multiplies by the gain of its colour; stops
 /// at 0 and at the top. The gains are red, green and blue, or found so that the means of the three colours
 /// agree and no gain is below 1. An empty text says nothing.
-void balance(Frame& frame, const std::string& black, const std::string& white_balance);
+/// Returns the gains as --wb would tell them, every digit included; empty if there are none.
+std::string balance(Frame& frame, const std::string& black, const std::string& white_balance);
 
 }  // namespace qvn::tool

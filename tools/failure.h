@@ -6,6 +6,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qvn::tool {
@@ -25,6 +26,14 @@ inline std::string one_of(const std::vector<std::string>& names) {
     text += names[i];
   }
   return text;
+}
+
+/// Adds to a list of parts with something between them.
+inline void append_part(std::string& list, std::string_view between, std::string_view part) {
+  if (!list.empty()) {
+    list += between;
+  }
+  list += part;
 }
 
 inline std::string quoted(const std::string& name) { return "'" + name + "'"; }

@@ -1,182 +1,51 @@
-// Reading and writing of whole files, with the sentence for each thing that can go wrong.
+// Reading in blocks and writing of whole files, with the sentence for each thing that can go wrong.
 #include "files.h"
 
+#include <unistd.h>
+
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <deque>
 #include <filesystem>
-#include <memory>
 #include <random>
 #include <system_error>
+#include <utility>
 
 #include "failure.h"
-
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#endif
+#include "process.h"
 
 namespace qvn::tool {
 namespace {
 
 namespace fs = std::filesystem;
 
-struct Closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, Closer>;
+constexpr std::size_t kBlock = 65536;
 
 std::string reason(int code) { return std::generic_category().message(code); }
 
-void make_binary(std::FILE* stream) {
-#ifdef _WIN32
-  _setmode(_fileno(stream), _O_BINARY);
-#else
-  static_cast<void>(stream);
-#endif
-}
-
-void read_stream(std::FILE* stream, const std::string& name, std::uint64_t limit, Input& input) {
-  std::array<std::uint8_t, 65536> block{};
-  for (;;) {
-    const std::size_t count = std::fread(block.data(), 1, block.size(), stream);
-    if (count == 0) {
-      break;
-    }
-    const std::size_t kept =
-        static_cast<std::size_t>(std::min<std::uint64_t>(count, limit - input.bytes.size()));
-    input.bytes.insert(input.bytes.end(), block.data(), block.data() + kept);
-    if (kept < count) {
-      input.cut = true;
-      break;
-    }
-  }
-  if (std::ferror(stream) != 0) {
-    throw Failure("cannot read " + name + ": " + reason(errno));
-  }
-}
-
-/// False, with errno set, as soon as a byte does not reach the file.
-bool write_stream(std::FILE* stream, const std::vector<std::uint8_t>& bytes) {
-  return std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size() && std::fflush(stream) == 0;
-}
-
 Failure cannot_write(const std::string& path, int code) {
-  return Failure("cannot write " + quoted(path) + ": " + reason(code));
+  return Failure("cannot write " + (path == "-" ? "standard output" : quoted(path)) + ": " + reason(code));
 }
 
-/// A device or a named pipe has no place beside it to write to, and must not be replaced by a file.
-void write_in_place(const std::string& path, const std::vector<std::uint8_t>& bytes) {
-  File file(std::fopen(path.c_str(), "wb"));
-  if (!file || !write_stream(file.get(), bytes)) {
-    throw cannot_write(path, errno);
-  }
-}
-
-/// A file that is whole, beside the place that it is for. Unless it is moved there it goes with the object.
-class Staged {
- public:
-  Staged(std::string path, const std::vector<std::uint8_t>& bytes);
-  Staged(const Staged&) = delete;
-  Staged& operator=(const Staged&) = delete;
-  ~Staged() {
-    std::error_code ignored;
-    fs::remove(beside_, ignored);
-    fs::remove(old_, ignored);
-  }
-
-  void move_in();
-  /// The same in two steps, so that take_back() finds the old file.
-  void move_in_keeping_old();
-  void take_back();
-
- private:
-  fs::path name_beside(const char* suffix) const {
-    const std::string name = std::string(".").append(place_.filename().string()) + "." +
-                             std::to_string(std::random_device{}()) + suffix;
-    return fs::path(place_).replace_filename(name);
-  }
-
-  std::string path_;
-  fs::path place_;
-  fs::path beside_;
-  fs::path old_;
-};
-
-Staged::Staged(std::string path, const std::vector<std::uint8_t>& bytes) : path_(std::move(path)) {
+/// A link stays a link: the file that it points to is the one to replace.
+fs::path place_of(const std::string& path) {
   std::error_code code;
-  // A link stays a link: the file that it points to is the one to replace.
-  place_ = path_;
-  for (int links = 0; fs::is_symlink(place_, code); ++links) {
+  fs::path place = path;
+  for (int links = 0; fs::is_symlink(place, code); ++links) {
     constexpr int kMostLinks = 40;
     if (links == kMostLinks) {
-      throw cannot_write(path_, ELOOP);
+      throw cannot_write(path, ELOOP);
     }
-    const fs::path target = fs::read_symlink(place_, code);
-    place_ = target.is_absolute() ? target : place_.parent_path() / target;
+    const fs::path target = fs::read_symlink(place, code);
+    place = target.is_absolute() ? target : place.parent_path() / target;
   }
-  const fs::path beside = name_beside(".part");
-  File file(std::fopen(beside.string().c_str(), "wbx"));
-  if (!file) {
-    throw cannot_write(path_, errno);
-  }
-  int trouble = write_stream(file.get(), bytes) ? 0 : errno;
-  if (std::fclose(file.release()) != 0 && trouble == 0) {
-    trouble = errno;
-  }
-  if (trouble != 0) {
-    // The destructor does not run for an object that was never whole.
-    fs::remove(beside, code);
-    throw cannot_write(path_, trouble);
-  }
-  beside_ = beside;
-  const fs::file_status old = fs::status(place_, code);
-  if (fs::exists(old)) {
-    fs::permissions(beside_, old.permissions(), code);
-  }
+  return place;
 }
 
-void Staged::move_in() {
-  std::error_code code;
-  fs::rename(beside_, place_, code);
-  if (code) {
-    throw cannot_write(path_, code.value());
-  }
-  beside_.clear();
-}
-
-void Staged::move_in_keeping_old() {
-  std::error_code code;
-  if (fs::exists(place_, code)) {
-    const fs::path old = name_beside(".old");
-    fs::rename(place_, old, code);
-    if (code) {
-      throw cannot_write(path_, code.value());
-    }
-    old_ = old;
-  }
-  try {
-    move_in();
-  } catch (...) {
-    if (!old_.empty()) {
-      take_back();
-    }
-    throw;
-  }
-}
-
-void Staged::take_back() {
-  std::error_code ignored;
-  if (old_.empty()) {
-    fs::remove(place_, ignored);
-  } else {
-    fs::rename(old_, place_, ignored);
-    old_.clear();
-  }
+/// Short, and none of the place's own name, which may be as long as names can be.
+std::string name_beside(const fs::path& place, const char* suffix) {
+  return fs::path(place).replace_filename(".qvn-" + std::to_string(std::random_device{}()) + suffix).string();
 }
 
 void check_name(const std::string& path) {
@@ -195,9 +64,241 @@ bool is_device(const std::string& path) {
   return fs::exists(status) && !fs::is_regular_file(status);
 }
 
+/// A file beside the place that it is for. Unless it is moved there it goes with the object.
+class Staged {
+ public:
+  explicit Staged(std::string path);
+  Staged(const Staged&) = delete;
+  Staged& operator=(const Staged&) = delete;
+  ~Staged() { close(); }
+
+  void write(const std::vector<std::uint8_t>& bytes);
+  /// The file is whole: it gets the rights of the one that it replaces.
+  void complete();
+  void move_in();
+
+  // The same in two steps, so that the old file can come back. All of them while an Undisturbed lives.
+  void move_in_keeping_old();
+  void take_back();
+
+ private:
+  int close() { return stream_ == nullptr ? 0 : std::fclose(std::exchange(stream_, nullptr)); }
+  void rename_in();
+
+  std::string path_;
+  fs::path place_;
+  Unfinished beside_;
+  Unfinished old_;
+  std::FILE* stream_ = nullptr;
+};
+
+Staged::Staged(std::string path)
+    : path_(std::move(path)),
+      place_(place_of(path_)),
+      beside_(name_beside(place_, ".part")),
+      old_(name_beside(place_, ".old")) {
+  int trouble = 0;
+  {
+    const Undisturbed undisturbed;
+    stream_ = std::fopen(beside_.path().c_str(), "wbx");
+    if (stream_ != nullptr) {
+      beside_.made();
+    } else {
+      trouble = errno;
+    }
+  }
+  if (trouble != 0) {
+    throw cannot_write(path_, trouble);
+  }
+}
+
+void Staged::write(const std::vector<std::uint8_t>& bytes) {
+  if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) {
+    throw cannot_write(path_, errno);
+  }
+}
+
+void Staged::complete() {
+  if (close() != 0) {
+    throw cannot_write(path_, errno);
+  }
+  std::error_code ignored;
+  const fs::file_status old = fs::status(place_, ignored);
+  if (fs::exists(old)) {
+    fs::permissions(beside_.path(), old.permissions(), ignored);
+  }
+}
+
+void Staged::rename_in() {
+  std::error_code code;
+  fs::rename(beside_.path(), place_, code);
+  if (code) {
+    throw cannot_write(path_, code.value());
+  }
+  beside_.gone();
+}
+
+void Staged::move_in() {
+  const Undisturbed undisturbed;
+  rename_in();
+}
+
+void Staged::move_in_keeping_old() {
+  std::error_code code;
+  if (fs::exists(place_, code)) {
+    fs::rename(place_, old_.path(), code);
+    if (code) {
+      throw cannot_write(path_, code.value());
+    }
+    old_.made();
+  }
+  try {
+    rename_in();
+  } catch (...) {
+    if (old_.there()) {
+      take_back();
+    }
+    throw;
+  }
+}
+
+void Staged::take_back() {
+  std::error_code ignored;
+  if (old_.there()) {
+    fs::rename(old_.path(), place_, ignored);
+    old_.gone();
+  } else {
+    fs::remove(place_, ignored);
+  }
+}
+
 }  // namespace
 
-std::string input_name(const std::string& path) { return path == "-" ? "standard input" : quoted(path); }
+InputStream::InputStream(const std::string& path) : name_(path == "-" ? "standard input" : quoted(path)) {
+  if (path == "-") {
+    stream_ = stdin;
+    return;
+  }
+  std::error_code code;
+  const fs::file_status status = fs::status(path, code);
+  if (fs::is_directory(status)) {
+    throw Failure("cannot read " + name_ + ": expected a file, found a directory");
+  }
+  file_.reset(std::fopen(path.c_str(), "rb"));
+  if (!file_) {
+    throw Failure("cannot read " + name_ + ": " + reason(errno));
+  }
+  stream_ = file_.get();
+  if (fs::is_regular_file(status)) {
+    const std::uintmax_t length = fs::file_size(path, code);
+    if (!code) {
+      length_ = length;
+    }
+  }
+}
+
+InputStream::InputStream(std::string name, std::vector<std::uint8_t> bytes)
+    : name_(std::move(name)), block_(std::move(bytes)) {}
+
+bool InputStream::load() {
+  if (stream_ == nullptr) {
+    return false;
+  }
+  // What is there, and not a whole block, which a pipe may not give before it has its answer.
+  block_.resize(kBlock);
+  ssize_t count = 0;
+  do {
+    count = ::read(::fileno(stream_), block_.data(), kBlock);
+  } while (count < 0 && errno == EINTR);
+  const int trouble = errno;
+  block_.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+  at_ = 0;
+  if (count < 0) {
+    throw Failure("cannot read " + name_ + ": " + reason(trouble));
+  }
+  return count > 0;
+}
+
+int InputStream::next() {
+  if (!fill()) {
+    return -1;
+  }
+  ++consumed_;
+  return block_[at_++];
+}
+
+std::vector<std::uint8_t> InputStream::peek(std::size_t count) {
+  static_cast<void>(fill());
+  // Only the first bytes of all are asked for, and a block has more of them.
+  const std::size_t there = std::min(count, block_.size() - at_);
+  return {block_.data() + at_, block_.data() + at_ + there};
+}
+
+std::vector<std::uint8_t> InputStream::read(std::uint64_t count) {
+  std::vector<std::uint8_t> bytes;
+  // A length that the file itself confirms may be reserved at once.
+  if (length_ && *length_ >= count) {
+    bytes.reserve(count);
+  }
+  while (bytes.size() < count && fill()) {
+    const std::size_t taken =
+        static_cast<std::size_t>(std::min<std::uint64_t>(count - bytes.size(), block_.size() - at_));
+    bytes.insert(bytes.end(), block_.data() + at_, block_.data() + at_ + taken);
+    at_ += taken;
+    consumed_ += taken;
+  }
+  return bytes;
+}
+
+/// Either a stream that is written in place or a file that is staged: a device or a named pipe has no place
+/// beside it to write to, and must not be replaced by a file.
+struct OutputStream::Sink {
+  std::string path;
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> device{nullptr, std::fclose};
+  std::unique_ptr<Staged> staged;
+
+  void check(bool done) const {
+    if (!done) {
+      throw cannot_write(path, errno);
+    }
+  }
+};
+
+OutputStream::OutputStream(std::string path) : sink_(std::make_unique<Sink>()) {
+  sink_->path = std::move(path);
+  if (sink_->path == "-") {
+    return;
+  }
+  check_name(sink_->path);
+  if (is_device(sink_->path)) {
+    sink_->device.reset(std::fopen(sink_->path.c_str(), "wb"));
+    sink_->check(sink_->device != nullptr);
+  } else {
+    sink_->staged = std::make_unique<Staged>(sink_->path);
+  }
+}
+
+OutputStream::~OutputStream() = default;
+
+void OutputStream::write(const std::vector<std::uint8_t>& bytes) {
+  if (sink_->staged) {
+    sink_->staged->write(bytes);
+    return;
+  }
+  // What reads the other end of a pipe waits for whole frames.
+  std::FILE* const stream = sink_->device ? sink_->device.get() : stdout;
+  sink_->check(std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size() &&
+               std::fflush(stream) == 0);
+}
+
+void OutputStream::finish() {
+  if (sink_->staged) {
+    sink_->staged->complete();
+    sink_->staged->move_in();
+  } else if (sink_->device) {
+    sink_->check(std::fclose(sink_->device.release()) == 0);
+  }
+}
 
 std::string suffix_of(const std::string& path) {
   std::string suffix = fs::path(path).extension().string();
@@ -209,58 +310,28 @@ std::string suffix_of(const std::string& path) {
   return suffix;
 }
 
-Input read_input(const std::string& path, std::uint64_t limit) {
-  Input input;
-  if (path == "-") {
-    make_binary(stdin);
-    read_stream(stdin, input_name(path), limit, input);
-    input.length = input.bytes.size();
-    return input;
-  }
-  std::error_code code;
-  const fs::file_status status = fs::status(path, code);
-  if (fs::is_directory(status)) {
-    throw Failure("cannot read " + quoted(path) + ": expected a file, found a directory");
-  }
-  File file(std::fopen(path.c_str(), "rb"));
-  if (!file) {
-    throw Failure("cannot read " + quoted(path) + ": " + reason(errno));
-  }
-  read_stream(file.get(), input_name(path), limit, input);
-  input.length = input.bytes.size();
-  // How long a file says that it is serves the message alone: what was read is what there is.
-  if (input.cut && fs::is_regular_file(status)) {
-    const std::uintmax_t length = fs::file_size(path, code);
-    input.length = code ? input.length : length;
-  }
-  return input;
-}
-
 void write_output(const std::string& path, const std::vector<std::uint8_t>& bytes) {
-  if (path == "-") {
-    make_binary(stdout);
-    if (!write_stream(stdout, bytes)) {
-      throw Failure("cannot write standard output: " + reason(errno));
-    }
-    return;
-  }
-  check_name(path);
-  if (is_device(path)) {
-    write_in_place(path, bytes);
-  } else {
-    Staged(path, bytes).move_in();
-  }
+  OutputStream output(path);
+  output.write(bytes);
+  output.finish();
 }
 
 void write_outputs(const std::vector<OutputFile>& files) {
+  if (files.size() == 1) {
+    write_output(files.front().path, files.front().bytes);
+    return;
+  }
   std::deque<Staged> staged;
   for (const OutputFile& file : files) {
     check_name(file.path);
     if (is_device(file.path)) {
       throw Failure("cannot write " + quoted(file.path) + ": expected a file, found a device or a pipe");
     }
-    staged.emplace_back(file.path, file.bytes);
+    staged.emplace_back(file.path);
+    staged.back().write(file.bytes);
+    staged.back().complete();
   }
+  const Undisturbed undisturbed;
   std::size_t moved = 0;
   try {
     for (; moved < staged.size(); ++moved) {

@@ -43,6 +43,9 @@ Size parse_size(const std::string& text) {
 std::string to_text(Size size) { return std::to_string(size.width) + "x" + std::to_string(size.height); }
 
 const Pattern& find_pattern(const std::string& name) {
+  if (name.empty()) {
+    return kPatterns.front();
+  }
   const auto found =
       std::find_if(kPatterns.begin(), kPatterns.end(), [&](const Pattern& p) { return p.name == name; });
   if (found == kPatterns.end()) {

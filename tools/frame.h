@@ -38,6 +38,7 @@ struct Pattern {
   char colour_at(std::uint32_t x, std::uint32_t y) const { return name[(y & 1) * 2 + (x & 1)]; }
 };
 
+/// No name: rggb.
 const Pattern& find_pattern(const std::string& name);
 std::vector<std::string> pattern_names();
 

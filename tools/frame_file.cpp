@@ -9,12 +9,12 @@
 #include "formats.h"
 #include "netpbm.h"
 #include "png_file.h"
+#include "process.h"
+#include "size_guess.h"
+#include "tiff_file.h"
 
 namespace qvn::tool {
 namespace {
-
-/// The largest picture: six bytes a pixel and a header with some comments.
-constexpr std::uint64_t kLongestFile = kMaxPixels * 6 + 65536;
 
 bool is_netpbm_suffix(const std::string& suffix) {
   return suffix == "pgm" || suffix == "ppm" || suffix == "pnm";
@@ -24,58 +24,8 @@ std::string sample_form(std::uint32_t channels, std::uint32_t depth) {
   return std::string(channels == 1 ? "a PGM" : "a PPM") + " of " + std::to_string(depth) + "-bit samples";
 }
 
-Frame frame_of_netpbm(const Input& input, const FrameOptions& options) {
-  const std::string name = input_name(options.path);
-  if (input.cut) {
-    throw Failure(name + " is too long: expected at most " + std::to_string(kLongestFile) + " bytes");
-  }
-  NetpbmFile file = decode_netpbm(input.bytes, name);
-  Picture& picture = file.picture;
-  Frame frame;
-  frame.format = options.format.empty() ? &format_of_netpbm(picture.channels, picture.depth)
-                                        : &find_format(options.format);
-  if (frame.format->netpbm_channels != picture.channels || frame.format->netpbm_depth != picture.depth) {
-    throw Failure(name + ": expected " +
-                  (frame.format->netpbm_channels == 0
-                       ? "a headerless file"
-                       : sample_form(frame.format->netpbm_channels, frame.format->netpbm_depth)) +
-                  " for " + std::string(frame.format->name) + ", found " +
-                  sample_form(picture.channels, picture.depth));
-  }
-  if (!options.size.empty() && parse_size(options.size) != picture.size) {
-    throw Failure(name + ": expected " + options.size + " as --size says, found " + to_text(picture.size));
-  }
-  if (file.spread && !(options.bits.empty() && options.align.empty())) {
-    throw Failure(name + " says itself how its samples lie: expected neither --bits nor --align");
-  }
-  frame.size = picture.size;
-  frame.bytes = std::move(picture.bytes);
-  return frame;
-}
-
-Frame frame_of_bytes(const FrameOptions& options) {
-  const std::string name = input_name(options.path);
-  if (options.format.empty()) {
-    throw Failure(name + " has no header: expected --from with a format, found none");
-  }
-  Frame frame;
-  frame.format = &find_format(options.format);
-  frame.size = parse_size(options.size);
-  const std::size_t expected = frame_bytes(*frame.format, frame.size);
-  Input input = read_input(options.path, expected);
-  if (input.cut || input.length != expected) {
-    const bool more = input.cut || input.length > expected;
-    const std::string found = input.length > expected || !more ? std::to_string(input.length) : "more";
-    throw Failure(name + " is too " + (more ? "long" : "short") + ": expected " + std::to_string(expected) +
-                  " bytes for " + std::string(frame.format->name) + " at " + to_text(frame.size) +
-                  ", found " + found);
-  }
-  frame.bytes = std::move(input.bytes);
-  return frame;
-}
-
 std::string file_format_of(const std::string& path, const std::string& file_format, bool raw_too) {
-  std::vector<std::string> known{"png", "ppm", "pgm"};
+  std::vector<std::string> known{"png", "tiff", "ppm", "pgm"};
   if (raw_too) {
     known.emplace_back("raw");
   }
@@ -89,6 +39,9 @@ std::string file_format_of(const std::string& path, const std::string& file_form
     return file_format;
   }
   std::string suffix = suffix_of(path);
+  if (suffix == "tif") {
+    suffix = "tiff";
+  }
   if (is_known(suffix)) {
     return suffix;
   }
@@ -96,7 +49,7 @@ std::string file_format_of(const std::string& path, const std::string& file_form
     return "raw";
   }
   throw Failure("cannot tell the file format of " + (path == "-" ? "standard output" : quoted(path)) +
-                ": expected a name that ends in .png, .ppm or .pgm, or --out-format");
+                ": expected a name that ends in .png, .tiff, .ppm or .pgm, or --out-format");
 }
 
 void check_channels(const std::string& file_format, std::uint32_t channels) {
@@ -124,36 +77,132 @@ std::vector<std::uint8_t> encode(const std::string& path, const std::string& fil
   if (chosen == "png") {
     return encode_png(picture);
   }
+  if (chosen == "tiff") {
+    return encode_tiff(picture);
+  }
   return encode_netpbm(picture.channels == 4 ? without_opacity(picture) : picture);
 }
 
-/// dir/frame.png and r: dir/frame_r.png.
-std::string with_letter(const std::string& path, char letter) {
-  const std::filesystem::path whole(path);
-  const std::string name = whole.stem().string() + "_" + letter + whole.extension().string();
-  return std::filesystem::path(whole).replace_filename(name).string();
+/// What the command line says, before the file is opened.
+const FrameOptions& checked(const FrameOptions& options) {
+  if (!options.size.empty()) {
+    static_cast<void>(parse_size(options.size));
+  }
+  if (!options.format.empty()) {
+    static_cast<void>(parse_form(find_format(options.format), options.bits, options.align));
+  }
+  return options;
+}
+
+std::string hint_of(const InputStream& input, const FrameOptions& options) {
+  const std::string fitting = options.size.empty() && input.length() ? what_fits(*input.length()) : "";
+  return fitting.empty() ? "" : "; it could be " + fitting;
 }
 
 }  // namespace
 
-Frame read_frame(const FrameOptions& options) {
-  const Pattern& pattern = find_pattern(options.pattern);
-  if (!options.format.empty()) {
-    static_cast<void>(parse_form(find_format(options.format), options.bits, options.align));
+FrameReader::FrameReader(const FrameOptions& options)
+    : options_(options), pattern_(&find_pattern(options.pattern)), input_(checked(options).path) {
+  told_ = options.format.empty() ? nullptr : &find_format(options.format);
+  size_ = options.size.empty() ? Size{} : parse_size(options.size);
+  has_header_ = is_netpbm_suffix(suffix_of(options.path)) ||
+                (options.size.empty() && looks_like_netpbm(input_.peek(3)));
+  if (has_header_) {
+    return;
+  }
+  if (told_ == nullptr) {
+    throw Failure(
+        input_.name() + " has no header: expected " +
+        (options.size.empty() ? "--from with a format and --size WIDTHxHEIGHT" : "--from with a format") +
+        ", found none" + hint_of(input_, options));
+  }
+  if (options.size.empty()) {
+    const auto guess =
+        input_.length() && !options.many ? guess_size(options.path, *input_.length(), *told_) : std::nullopt;
+    if (!guess) {
+      throw Failure(input_.name() + " has no header: expected --size WIDTHxHEIGHT, found none" +
+                    (input_.length() ? ", and no usual size of " + std::string(told_->name) + " has " +
+                                           std::to_string(*input_.length()) + " bytes"
+                                     : ""));
+    }
+    size_ = guess->size;
+    guess_ = input_.name() + " is taken for " + to_text(size_) + ", " + guess->reason + "; --size says it";
+  }
+}
+
+Frame FrameReader::next_netpbm() {
+  NetpbmFile file = read_netpbm(input_);
+  Picture& picture = file.picture;
+  const SourceFormat& format = told_ == nullptr ? format_of_netpbm(picture.channels, picture.depth) : *told_;
+  if (format.netpbm_channels != picture.channels || format.netpbm_depth != picture.depth) {
+    throw Failure(input_.name() + ": expected " +
+                  (format.netpbm_channels == 0 ? "a headerless file"
+                                               : sample_form(format.netpbm_channels, format.netpbm_depth)) +
+                  " for " + std::string(format.name) + ", found " +
+                  sample_form(picture.channels, picture.depth));
+  }
+  if (!options_.size.empty() && size_ != picture.size) {
+    throw Failure(input_.name() + ": expected " + options_.size + " as --size says, found " +
+                  to_text(picture.size));
+  }
+  if (file.spread && !(options_.bits.empty() && options_.align.empty())) {
+    throw Failure(input_.name() + " says itself how its samples lie: expected neither --bits nor --align");
   }
   Frame frame;
-  if (!options.size.empty() && !is_netpbm_suffix(suffix_of(options.path))) {
-    frame = frame_of_bytes(options);
-  } else {
-    const Input input = read_input(options.path, kLongestFile);
-    if (!is_netpbm_suffix(suffix_of(options.path)) && !looks_like_netpbm(input.bytes)) {
-      throw Failure(input_name(options.path) + " has no header: expected --size WIDTHxHEIGHT, found none");
-    }
-    frame = frame_of_netpbm(input, options);
+  frame.format = &format;
+  frame.size = picture.size;
+  frame.bytes = std::move(picture.bytes);
+  samples_ = frame.bytes.size();
+  return frame;
+}
+
+Frame FrameReader::next_headerless() {
+  Frame frame;
+  frame.format = told_;
+  frame.size = size_;
+  samples_ = frame_bytes(*told_, size_);
+  frame.bytes = input_.read(samples_);
+  if (frame.bytes.size() != samples_) {
+    throw Failure(input_.name() + " is too short: " + expected_bytes() + ", found " +
+                  std::to_string(frame.bytes.size()));
   }
-  frame.pattern = &pattern;
-  frame.form = parse_form(*frame.format, options.bits, options.align);
-  frame.form_told = !options.bits.empty() || !options.align.empty();
+  return frame;
+}
+
+std::string FrameReader::expected_bytes() const {
+  return "expected " + std::to_string(samples_) + " bytes for " + std::string(told_->name) + " at " +
+         to_text(size_);
+}
+
+void FrameReader::expect_end() {
+  if (input_.at_end()) {
+    return;
+  }
+  std::string found = "more";
+  if (input_.length() && *input_.length() > input_.consumed()) {
+    found = std::to_string(samples_ + *input_.length() - input_.consumed());
+  }
+  throw Failure(
+      input_.name() + " is too long: " +
+      (has_header_ ? "expected " + std::to_string(samples_) + " bytes of samples" : expected_bytes()) +
+      ", found " + found);
+}
+
+Frame read_frame(const FrameOptions& options) {
+  FrameReader reader(options);
+  if (!reader.guess().empty()) {
+    say(reader.guess());
+  }
+  Frame frame = reader.next();
+  reader.expect_end();
+  return frame;
+}
+
+Frame FrameReader::next() {
+  Frame frame = has_header_ ? next_netpbm() : next_headerless();
+  frame.pattern = pattern_;
+  frame.form = parse_form(*frame.format, options_.bits, options_.align);
+  frame.form_told = !options_.bits.empty() || !options_.align.empty();
   if (frame.format->repack != nullptr) {
     frame.format->repack(frame.bytes);
     frame.format = &find_format(std::string(frame.format->read_as));
@@ -162,9 +211,10 @@ Frame read_frame(const FrameOptions& options) {
 }
 
 SceneImage read_scene(const std::string& path) {
-  const Picture picture = decode_netpbm(read_input(path, kLongestFile).bytes, input_name(path)).picture;
+  InputStream input(path);
+  const Picture picture = read_netpbm(input).picture;
   if (picture.channels != 3) {
-    throw Failure(input_name(path) + ": expected a PPM as the scene, found a PGM");
+    throw Failure(input.name() + ": expected a PPM as the scene, found a PGM");
   }
   SceneImage scene{picture.size, {}};
   scene.rgb.reserve(picture.size.pixels() * 3);
@@ -199,18 +249,25 @@ void check_picture_name(const std::string& path, const std::string& file_format,
   }
 }
 
-void write_picture(const std::string& path, const std::string& file_format, const Picture& picture) {
-  write_output(path, encode(path, file_format, picture));
+std::string with_letter(const std::string& path, char letter) {
+  const std::filesystem::path whole(path);
+  const std::string name = whole.stem().string() + "_" + letter + whole.extension().string();
+  return std::filesystem::path(whole).replace_filename(name).string();
 }
 
-void write_pictures(const std::string& path, const std::string& file_format,
-                    const std::vector<Picture>& pictures, std::string_view letters) {
+std::vector<OutputFile> encode_pictures(const std::string& path, const std::string& file_format,
+                                        const std::vector<Picture>& pictures, std::string_view letters) {
   check_picture_name(path, file_format, pictures.front().channels, letters);
   std::vector<OutputFile> files;
   for (std::size_t i = 0; i < pictures.size(); ++i) {
-    files.push_back({with_letter(path, letters.at(i)), encode(path, file_format, pictures[i])});
+    files.push_back(
+        {letters.empty() ? path : with_letter(path, letters.at(i)), encode(path, file_format, pictures[i])});
   }
-  write_outputs(files);
+  return files;
+}
+
+void write_picture(const std::string& path, const std::string& file_format, const Picture& picture) {
+  write_output(path, encode(path, file_format, picture));
 }
 
 void write_frame(const std::string& path, const std::string& file_format, const Frame& frame) {

@@ -7,50 +7,60 @@
 namespace qvn::tool {
 namespace {
 
-bool is_space(std::uint8_t c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool is_space(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 class Header {
  public:
-  Header(const std::vector<std::uint8_t>& bytes, const std::string& name) : bytes_(bytes), name_(name) {}
+  explicit Header(InputStream& input) : input_(input) {}
 
   std::uint64_t number() {
     skip_space();
-    const std::size_t start = at_;
+    constexpr std::uint64_t kEnough = 10'000'000'000;
     std::uint64_t value = 0;
-    while (at_ < bytes_.size() && bytes_[at_] >= '0' && bytes_[at_] <= '9' && at_ - start < 10) {
-      value = value * 10 + (bytes_[at_++] - std::uint64_t{'0'});
+    std::size_t digits = 0;
+    for (; last_ >= '0' && last_ <= '9' && value < kEnough; ++digits) {
+      value = value * 10 + (static_cast<std::uint64_t>(last_) - '0');
+      advance();
     }
-    if (at_ == start || at_ == bytes_.size()) {
-      throw Failure(name_ + ": expected a netpbm header of width, height and highest value, found " +
-                    (at_ == bytes_.size() ? "the end of the file" : "something else"));
+    if (digits == 0 || last_ < 0) {
+      throw Failure(input_.name() + ": expected a netpbm header of width, height and highest value, found " +
+                    (last_ < 0 ? "the end of the file" : "something else"));
     }
     return value;
   }
 
   /// One white space ends the header.
-  std::size_t end() const {
-    if (!is_space(bytes_[at_])) {
-      throw Failure(name_ + ": expected a white space behind the netpbm header, found something else");
+  void end() const {
+    if (!is_space(last_)) {
+      throw Failure(input_.name() +
+                    ": expected a white space behind the netpbm header, found something else");
     }
-    return at_ + 1;
   }
+
+  std::uint64_t length() const { return length_; }
 
  private:
-  void skip_space() {
-    while (at_ < bytes_.size() && (is_space(bytes_[at_]) || bytes_[at_] == '#')) {
-      if (bytes_[at_] == '#') {
-        while (at_ < bytes_.size() && bytes_[at_] != '\n') {
-          ++at_;
-        }
-      } else {
-        ++at_;
-      }
+  void advance() {
+    last_ = input_.next();
+    if (++length_ > kLongest) {
+      throw Failure(input_.name() + ": expected a netpbm header of at most " + std::to_string(kLongest) +
+                    " bytes, found more");
     }
   }
 
-  const std::vector<std::uint8_t>& bytes_;
-  const std::string& name_;
-  std::size_t at_ = 2;
+  void skip_space() {
+    bool comment = false;
+    while (last_ >= 0 && (comment || is_space(last_) || last_ == '#')) {
+      comment = last_ != '\n' && (comment || last_ == '#');
+      advance();
+    }
+  }
+
+  static constexpr std::uint64_t kLongest = 65536;
+
+  InputStream& input_;
+  int last_ = ' ';
+  std::uint64_t length_ = 2;  // with the letter and digit before the numbers
 };
 
 /// From 0..highest to the full range of the picture's depth, to the nearest.
@@ -83,31 +93,32 @@ bool looks_like_netpbm(const std::vector<std::uint8_t>& bytes) {
          (is_space(bytes[2]) || bytes[2] == '#');
 }
 
-NetpbmFile decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name) {
-  if (!looks_like_netpbm(bytes)) {
+NetpbmFile read_netpbm(InputStream& input) {
+  const std::string& name = input.name();
+  if (!looks_like_netpbm(input.peek(3))) {
     throw Failure(name + ": expected a binary PGM or PPM file (P5 or P6), found something else");
   }
-  Header header(bytes, name);
+  input.next();
+  NetpbmFile file;
+  Picture& picture = file.picture;
+  picture.channels = input.next() == '5' ? 1 : 3;
+  Header header(input);
   const std::uint64_t width = header.number();
   const std::uint64_t height = header.number();
   const std::uint64_t highest = header.number();
   if (highest < 1 || highest > 65535) {
     throw Failure(name + ": expected a highest value of 1 to 65535, found " + std::to_string(highest));
   }
-  const std::size_t start = header.end();
+  header.end();
 
-  NetpbmFile file;
-  Picture& picture = file.picture;
   picture.size = checked_size(name, width, height);
-  picture.channels = bytes[1] == '5' ? 1 : 3;
   picture.depth = highest < 256 ? 8 : 16;
   const std::size_t expected = picture.line_bytes() * picture.size.height;
-  if (bytes.size() - start != expected) {
-    throw Failure(name + " is too " + (bytes.size() - start < expected ? "short" : "long") + ": expected " +
-                  std::to_string(expected) + " bytes of samples for " + to_text(picture.size) + ", found " +
-                  std::to_string(bytes.size() - start));
+  picture.bytes = input.read(expected);
+  if (picture.bytes.size() != expected) {
+    throw Failure(name + " is too short: expected " + std::to_string(expected) + " bytes of samples for " +
+                  to_text(picture.size) + ", found " + std::to_string(picture.bytes.size()));
   }
-  picture.bytes.assign(bytes.begin() + static_cast<std::ptrdiff_t>(start), bytes.end());
   file.spread = highest != 0xFF && highest != 0xFFFF;
   if (file.spread) {
     spread(picture, highest, name);

@@ -4,19 +4,21 @@
 // or 16 bits, so that a PGM of a 12-bit sensor is as bright as it should be.
 #pragma once
 
+#include "files.h"
 #include "frame.h"
 
 namespace qvn::tool {
 
-/// Whether the bytes begin like a PGM or PPM.
+/// Whether the bytes begin like a PGM or PPM; the first three tell.
 bool looks_like_netpbm(const std::vector<std::uint8_t>& bytes);
+
 struct NetpbmFile {
   Picture picture;
   bool spread = false;  // the file's highest value was another than 255 or 65535
 };
 
-/// `name` begins the sentence of a Failure.
-NetpbmFile decode_netpbm(const std::vector<std::uint8_t>& bytes, const std::string& name);
+/// The next picture; what follows it stays to be read.
+NetpbmFile read_netpbm(InputStream& input);
 /// One channel gives a PGM, three a PPM.
 std::vector<std::uint8_t> encode_netpbm(const Picture& picture);
 

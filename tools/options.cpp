@@ -1,27 +1,79 @@
 // The texts of the shared options.
 #include "options.h"
 
+#include <iterator>
+#include <utility>
+
+#include "failure.h"
+#include "formats.h"
+
 namespace qvn::tool {
 
-void add_output(CLI::App& command, OutputOptions& output, const std::string& formats) {
-  command.add_option("OUT", output.path, "File to write; - is standard output")->required();
-  command.add_option("--out-format", output.file_format, formats + ", if OUT's suffix does not say so");
+Option out_format_option(std::string& text, const std::vector<std::string>& formats) {
+  return {.name = "--out-format",
+          .about = one_of(formats) + ", if OUT's suffix does not say so",
+          .text = &text,
+          .words = formats};
 }
 
-void add_samples(CLI::App& command, std::string& pattern, std::string& bits, std::string& align) {
-  command.add_option("--pattern", pattern, "Bayer order: rggb, grbg, gbrg or bggr")->capture_default_str();
-  command.add_option("--bits", bits,
-                     "Bits that count in a sample of raw16be, raw16le, y16be or y16le, 8 to 16 [16]; for "
-                     "method transform-ex 10 or 12 to 16");
-  command.add_option("--align", align, "Where they lie: lsb, from bit 0, or msb, up to bit 15 [lsb]");
+std::vector<Option> output_options(OutputOptions& output, const std::vector<std::string>& formats) {
+  return {
+      {.name = "OUT", .about = "File to write; - is standard output", .text = &output.path, .required = true},
+      out_format_option(output.file_format, formats)};
 }
 
-void add_input(CLI::App& command, FrameOptions& input) {
-  command.add_option("IN", input.path, "Headerless frame, PGM or PPM to read; - is standard input")
-      ->required();
-  command.add_option("--from", input.format, "Source format, see qvn formats; a PGM or PPM may go without");
-  command.add_option("--size", input.size, "WIDTHxHEIGHT; a PGM or PPM brings its own");
-  add_samples(command, input.pattern, input.bits, input.align);
+std::vector<Option> sample_options(FrameOptions& input) {
+  return {
+      {.name = "--pattern",
+       .about = "Bayer order: rggb, grbg, gbrg or bggr [rggb]",
+       .text = &input.pattern,
+       .words = pattern_names()},
+      {.name = "--bits",
+       .about = "Bits that count in a sample of raw16be, raw16le, y16be or y16le, 8 to 16 [16]; for method "
+                "transform-ex 10 or 12 to 16",
+       .text = &input.bits,
+       .words = {"8", "10", "12", "13", "14", "15", "16"}},
+      {.name = "--align",
+       .about = "Where they lie: lsb, from bit 0, or msb, up to bit 15 [lsb]",
+       .text = &input.align,
+       .words = {"lsb", "msb"}}};
+}
+
+std::vector<Option> frame_options(FrameOptions& input) {
+  return joined(
+      {{{.name = "--from",
+         .about = "Source format, see qvn formats; a PGM or PPM may go without",
+         .text = &input.format,
+         .words = format_names()},
+        {.name = "--size",
+         .about = "WIDTHxHEIGHT [guessed from the file's name or length]; a PGM or PPM brings its own",
+         .text = &input.size,
+         .words = {"640x480", "1280x960", "1920x1080"}}},
+       sample_options(input)});
+}
+
+std::vector<Option> input_options(FrameOptions& input) {
+  return joined({{{.name = "IN",
+                   .about = "Headerless frame, PGM or PPM to read; - is standard input",
+                   .text = &input.path,
+                   .required = true}},
+                 frame_options(input)});
+}
+
+std::vector<std::string> format_names() {
+  std::vector<std::string> names;
+  for (const SourceFormat& format : source_formats()) {
+    names.emplace_back(format.name);
+  }
+  return names;
+}
+
+std::vector<Option> joined(std::vector<std::vector<Option>> lists) {
+  std::vector<Option> all;
+  for (std::vector<Option>& list : lists) {
+    all.insert(all.end(), std::make_move_iterator(list.begin()), std::make_move_iterator(list.end()));
+  }
+  return all;
 }
 
 }  // namespace qvn::tool

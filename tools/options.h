@@ -1,8 +1,7 @@
 // Options that several subcommands share.
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include "commands.h"
 #include "frame_file.h"
 
 namespace qvn::tool {
@@ -12,13 +11,19 @@ struct OutputOptions {
   std::string file_format;
 };
 
-/// OUT and --out-format; `formats` lists what the latter may be.
-void add_output(CLI::App& command, OutputOptions& output, const std::string& formats);
+/// OUT and --out-format; `formats` are what the latter may be.
+std::vector<Option> output_options(OutputOptions& output, const std::vector<std::string>& formats);
+Option out_format_option(std::string& text, const std::vector<std::string>& formats);
+/// How a frame's samples lie, for reading one and for making one.
+std::vector<Option> sample_options(FrameOptions& input);
+/// --from, --size and how the samples lie.
+std::vector<Option> frame_options(FrameOptions& input);
+/// IN and the same.
+std::vector<Option> input_options(FrameOptions& input);
 
-/// The options that say how a frame's samples lie, for reading one and for making one.
-void add_samples(CLI::App& command, std::string& pattern, std::string& bits, std::string& align);
+std::vector<std::string> format_names();
 
-/// IN, --from, --size and how the samples lie.
-void add_input(CLI::App& command, FrameOptions& input);
+/// One list behind the other.
+std::vector<Option> joined(std::vector<std::vector<Option>> lists);
 
 }  // namespace qvn::tool

@@ -159,19 +159,30 @@ Frame resample_lines(const Frame& frame, const Resampling& how) {
     QVN_GetResampledScanlineLength(&width, static_cast<std::int32_t>(frame.size.width), how.source_rate,
                                    how.picture_rate);
   }
+  const LineRange lines = how.lines.count == 0 ? LineRange{0, frame.size.height} : how.lines;
+  if (lines.top >= frame.size.height || lines.count > frame.size.height - lines.top) {
+    throw Failure("--lines: expected TOP,COUNT inside " + std::to_string(frame.size.height) +
+                  " lines, found " + std::to_string(lines.top) + "," + std::to_string(lines.count));
+  }
   Frame resampled = frame;
-  resampled.size =
-      checked_size("resample", width < 1 ? 0 : static_cast<std::uint64_t>(width), frame.size.height);
+  resampled.size = checked_size("resample", width < 1 ? 0 : static_cast<std::uint64_t>(width), lines.count);
   resampled.bytes.assign(resampled.size.pixels() * element, 0);
   // The linear method reads as many pixels of a line as it writes, whatever the line has.
   std::vector<std::uint8_t> source(frame.bytes);
   const std::size_t beyond = std::max(resampled.size.width, frame.size.width) - frame.size.width;
   source.insert(source.end(), beyond * element, 0);
-  const std::uint32_t result = QVN_ResampleScanlines(
-      resampled.bytes.data(), source.data(), width, static_cast<std::int32_t>(frame.size.width),
-      static_cast<std::int32_t>(frame.size.height), how.source_rate, how.picture_rate, element,
-      how.linear ? 1 : 0);
-  check_status(result == kDone ? QVN_OK : result, "QVN_ResampleScanlines");
+  const auto length = static_cast<std::int32_t>(frame.size.width);
+  const auto count = static_cast<std::int32_t>(lines.count);
+  const std::uint32_t method = how.linear ? 1 : 0;
+  const bool whole = lines.count == frame.size.height;
+  const std::uint32_t result =
+      whole ? QVN_ResampleScanlines(resampled.bytes.data(), source.data(), width, length, count,
+                                    how.source_rate, how.picture_rate, element, method)
+            : QVN_ResampleScanlinesEx(resampled.bytes.data(), source.data() + lines.top * line_bytes(frame),
+                                      width, width, length, length, count, how.source_rate, how.picture_rate,
+                                      element, method);
+  check_status(result == kDone ? QVN_OK : result,
+               whole ? "QVN_ResampleScanlines" : "QVN_ResampleScanlinesEx");
   return resampled;
 }
 

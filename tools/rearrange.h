@@ -19,11 +19,17 @@ Frame weave_fields(const Frame& frame);
 /// Packed 12-bit samples to one of 8 or 16 bits each.
 Frame unpack_samples(const Frame& frame, std::uint32_t bits);
 
+struct LineRange {
+  std::uint32_t top = 0;
+  std::uint32_t count = 0;  // 0: all
+};
+
 struct Resampling {
   float source_rate = 0;
   float picture_rate = 0;
   std::uint32_t width = 0;  // of the result; 0: as the library reckons it
   bool linear = false;
+  LineRange lines;
 };
 Frame resample_lines(const Frame& frame, const Resampling& how);
 

@@ -1,8 +1,6 @@
-// Options of the subcommands that rearrange frames. Each one's options live as long as its callback.
-#include "rearrange_commands.h"
-
+// Options of the subcommands that rearrange frames. Each one's options live as long as its run.
+#include <charconv>
 #include <cmath>
-#include <iostream>
 #include <memory>
 
 #include "failure.h"
@@ -10,12 +8,16 @@
 #include "formats.h"
 #include "numbers.h"
 #include "options.h"
+#include "process.h"
 #include "rearrange.h"
 
 namespace qvn::tool {
 namespace {
 
-constexpr const char* kFrameFiles = "raw, pgm, ppm or png";
+const std::vector<std::string>& frame_files() {
+  static const std::vector<std::string> names{"raw", "pgm", "ppm", "png", "tiff"};
+  return names;
+}
 
 struct Flip {
   FrameOptions input;
@@ -23,21 +25,25 @@ struct Flip {
   std::string axis;
 };
 
-void add_flip(CLI::App& app) {
-  CLI::App& command = *app.add_subcommand("flip", "Mirror a frame");
-  const auto options = std::make_shared<Flip>();
-  add_input(command, options->input);
-  add_output(command, options->output, kFrameFiles);
-  command.add_option("--axis", options->axis, "horizontal, vertical or both")->required();
-  command.callback([options] {
-    const Axis axis = find_axis(options->axis);
-    const Frame frame = read_frame(options->input);
-    const Frame flipped = flip_frame(frame, axis);
-    write_frame(options->output.path, options->output.file_format, flipped);
-    if (flipped.pattern != frame.pattern) {
-      std::cerr << "qvn: the Bayer order is " << flipped.pattern->name << " now\n";
-    }
-  });
+Command flip_command() {
+  const auto flip = std::make_shared<Flip>();
+  return {"flip", "Mirror a frame",
+          joined({input_options(flip->input),
+                  output_options(flip->output, frame_files()),
+                  {{.name = "--axis",
+                    .about = "horizontal, vertical or both",
+                    .text = &flip->axis,
+                    .required = true,
+                    .words = {"horizontal", "vertical", "both"}}}}),
+          [flip] {
+            const Axis axis = find_axis(flip->axis);
+            const Frame frame = read_frame(flip->input);
+            const Frame flipped = flip_frame(frame, axis);
+            write_frame(flip->output.path, flip->output.file_format, flipped);
+            if (flipped.pattern != frame.pattern) {
+              say("the Bayer order is " + std::string(flipped.pattern->name) + " now");
+            }
+          }};
 }
 
 struct Weave {
@@ -45,15 +51,13 @@ struct Weave {
   OutputOptions output;
 };
 
-void add_weave(CLI::App& app) {
-  CLI::App& command =
-      *app.add_subcommand("weave", "Bring the lines of an interlaced frame into display order");
-  const auto options = std::make_shared<Weave>();
-  add_input(command, options->input);
-  add_output(command, options->output, kFrameFiles);
-  command.callback([options] {
-    write_frame(options->output.path, options->output.file_format, weave_fields(read_frame(options->input)));
-  });
+Command weave_command() {
+  const auto weave = std::make_shared<Weave>();
+  return {"weave", "Bring the lines of an interlaced frame into display order",
+          joined({input_options(weave->input), output_options(weave->output, frame_files())}), [weave] {
+            write_frame(weave->output.path, weave->output.file_format,
+                        weave_fields(read_frame(weave->input)));
+          }};
 }
 
 struct Unpack {
@@ -62,67 +66,98 @@ struct Unpack {
   std::string to_bits = "16";
 };
 
-void add_unpack(CLI::App& app) {
-  CLI::App& command = *app.add_subcommand("unpack", "Give packed 12-bit samples bytes of their own");
-  const auto options = std::make_shared<Unpack>();
-  add_input(command, options->input);
-  add_output(command, options->output, kFrameFiles);
-  command
-      .add_option("--to-bits", options->to_bits,
-                  "16, big-endian with the sample at the top, or 8, the top bits alone")
-      ->capture_default_str();
-  command.callback([options] {
-    if (options->to_bits != "8" && options->to_bits != "16") {
-      throw Failure("--to-bits: expected 8 or 16, found " + tool::quoted(options->to_bits));
-    }
-    write_frame(options->output.path, options->output.file_format,
-                unpack_samples(read_frame(options->input), options->to_bits == "8" ? 8 : 16));
-  });
+Command unpack_command() {
+  const auto unpack = std::make_shared<Unpack>();
+  return {"unpack", "Give packed 12-bit samples bytes of their own",
+          joined({input_options(unpack->input),
+                  output_options(unpack->output, frame_files()),
+                  {{.name = "--to-bits",
+                    .about = "16, big-endian with the sample at the top, or 8, the top bits alone",
+                    .text = &unpack->to_bits,
+                    .words = {"8", "16"}}}}),
+          [unpack] {
+            if (unpack->to_bits != "8" && unpack->to_bits != "16") {
+              throw Failure("--to-bits: expected 8 or 16, found " + quoted(unpack->to_bits));
+            }
+            write_frame(unpack->output.path, unpack->output.file_format,
+                        unpack_samples(read_frame(unpack->input), unpack->to_bits == "8" ? 8 : 16));
+          }};
 }
 
 struct Resample {
   FrameOptions input;
   OutputOptions output;
-  Resampling how;
+  std::string rate;
+  std::string to_rate;
   std::string width;
+  std::string lines;
   std::string method = "nearest";
 };
 
-void check_rate(const std::string& option, float rate) {
-  if (!std::isfinite(rate) || rate <= 0) {
-    throw Failure(option + ": expected a number above 0, found " + std::to_string(rate));
+float parse_rate(const std::string& option, const std::string& text) {
+  float rate = 0;
+  const char* const end = text.data() + text.size();
+  const auto parsed = std::from_chars(text.data(), end, rate);
+  if (parsed.ec != std::errc{} || parsed.ptr != end || !std::isfinite(rate) || rate <= 0) {
+    throw Failure(option + ": expected a number above 0, found " + quoted(text));
   }
+  return rate;
 }
 
-void add_resample(CLI::App& app) {
-  CLI::App& command = *app.add_subcommand("resample", "Stretch or shrink the lines of a frame");
-  const auto options = std::make_shared<Resample>();
-  add_input(command, options->input);
-  add_output(command, options->output, kFrameFiles);
-  command.add_option("--rate", options->how.source_rate, "Sampling rate of the frame's lines")->required();
-  command.add_option("--to-rate", options->how.picture_rate, "Sampling rate of the result's lines")
-      ->required();
-  command.add_option("--width", options->width,
-                     "Pixels of a line of the result [by the rates, up to a multiple of 4]");
-  command
-      .add_option("--method", options->method,
-                  "nearest, or linear, which is made for stretching: it reads no more pixels of a line than "
-                  "the result has, and blends the bytes of 16-bit samples one by one")
-      ->capture_default_str();
-  command.callback([options] {
-    if (options->method != "nearest" && options->method != "linear") {
-      throw Failure("--method: expected nearest or linear, found " + tool::quoted(options->method));
-    }
-    check_rate("--rate", options->how.source_rate);
-    check_rate("--to-rate", options->how.picture_rate);
-    options->how.linear = options->method == "linear";
-    if (!options->width.empty()) {
-      options->how.width =
-          static_cast<std::uint32_t>(parse_whole("--width", options->width, 1, std::int64_t{kMaxPixels}));
-    }
-    write_frame(options->output.path, options->output.file_format,
-                resample_lines(read_frame(options->input), options->how));
-  });
+/// "TOP,COUNT"
+LineRange parse_lines(const std::string& text) {
+  const std::size_t comma = text.find(',');
+  if (comma == std::string::npos) {
+    throw Failure("--lines: expected TOP,COUNT, found " + quoted(text));
+  }
+  const std::int64_t most{kMaxPixels};
+  return {static_cast<std::uint32_t>(parse_whole("--lines", text.substr(0, comma), 0, most)),
+          static_cast<std::uint32_t>(parse_whole("--lines", text.substr(comma + 1), 1, most))};
+}
+
+void run_resample(const Resample& resample) {
+  if (resample.method != "nearest" && resample.method != "linear") {
+    throw Failure("--method: expected nearest or linear, found " + quoted(resample.method));
+  }
+  Resampling how;
+  how.source_rate = parse_rate("--rate", resample.rate);
+  how.picture_rate = parse_rate("--to-rate", resample.to_rate);
+  how.linear = resample.method == "linear";
+  if (!resample.width.empty()) {
+    how.width =
+        static_cast<std::uint32_t>(parse_whole("--width", resample.width, 1, std::int64_t{kMaxPixels}));
+  }
+  if (!resample.lines.empty()) {
+    how.lines = parse_lines(resample.lines);
+  }
+  write_frame(resample.output.path, resample.output.file_format,
+              resample_lines(read_frame(resample.input), how));
+}
+
+Command resample_command() {
+  const auto resample = std::make_shared<Resample>();
+  return {
+      "resample", "Stretch or shrink the lines of a frame",
+      joined({input_options(resample->input),
+              output_options(resample->output, frame_files()),
+              {{.name = "--rate",
+                .about = "Sampling rate of the frame's lines",
+                .text = &resample->rate,
+                .required = true},
+               {.name = "--to-rate",
+                .about = "Sampling rate of the result's lines",
+                .text = &resample->to_rate,
+                .required = true},
+               {.name = "--width",
+                .about = "Pixels of a line of the result [by the rates, up to a multiple of 4]",
+                .text = &resample->width},
+               {.name = "--lines", .about = "TOP,COUNT: these lines alone [all]", .text = &resample->lines},
+               {.name = "--method",
+                .about = "nearest, or linear, which is made for stretching: it reads no more pixels of a "
+                         "line than the result has, and blends the bytes of 16-bit samples one by one",
+                .text = &resample->method,
+                .words = {"nearest", "linear"}}}}),
+      [resample] { run_resample(*resample); }};
 }
 
 struct Sis {
@@ -132,34 +167,32 @@ struct Sis {
   std::string kind = "1";
 };
 
-void add_sis(CLI::App& app) {
-  CLI::App& command =
-      *app.add_subcommand("sis", "Copy out the block of bytes that a camera wrote into a frame");
-  const auto options = std::make_shared<Sis>();
-  add_input(command, options->input);
-  command.add_option("OUT", options->output, "File to write; - is standard output")->capture_default_str();
-  command
-      .add_option("--position", options->position,
-                  "Line on which the block starts, or, below 0, pixels before the frame's end")
-      ->required();
-  command.add_option("--kind", options->kind, "1, 12 bytes, or 2, 52 bytes")->capture_default_str();
-  command.callback([options] {
-    const std::int64_t position =
-        parse_whole("--position", options->position, -std::int64_t{kMaxPixels}, std::int64_t{kMaxPixels});
-    const std::int64_t kind = parse_whole("--kind", options->kind, 1, 2);
-    write_output(options->output, read_sis(read_frame(options->input), static_cast<std::int32_t>(position),
-                                           static_cast<std::uint32_t>(kind)));
-  });
+Command sis_command() {
+  const auto sis = std::make_shared<Sis>();
+  return {"sis", "Copy out the block of bytes that a camera wrote into a frame",
+          joined({input_options(sis->input),
+                  {{.name = "OUT", .about = "File to write; - is standard output", .text = &sis->output},
+                   {.name = "--position",
+                    .about = "Line on which the block starts, or, below 0, pixels before the frame's end",
+                    .text = &sis->position,
+                    .required = true},
+                   {.name = "--kind",
+                    .about = "1, 12 bytes, or 2, 52 bytes",
+                    .text = &sis->kind,
+                    .words = {"1", "2"}}}}),
+          [sis] {
+            const std::int64_t most{kMaxPixels};
+            const std::int64_t position = parse_whole("--position", sis->position, -most, most);
+            const std::int64_t kind = parse_whole("--kind", sis->kind, 1, 2);
+            write_output(sis->output, read_sis(read_frame(sis->input), static_cast<std::int32_t>(position),
+                                               static_cast<std::uint32_t>(kind)));
+          }};
 }
 
 }  // namespace
 
-void add_rearrange_commands(CLI::App& app) {
-  add_flip(app);
-  add_weave(app);
-  add_unpack(app);
-  add_resample(app);
-  add_sis(app);
+std::vector<Command> rearrange_commands() {
+  return {flip_command(), weave_command(), unpack_command(), resample_command(), sis_command()};
 }
 
 }  // namespace qvn::tool

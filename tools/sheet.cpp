@@ -131,16 +131,21 @@ void centre_on_detail(Crop& crop, const Picture& picture) {
   }
 }
 
-Crop place_crop(const Picture& picture, const SheetOptions& options) {
-  if (options.zoom < 1 || options.zoom > 64) {
-    throw Failure("--zoom: expected 1 to 64, found " + std::to_string(options.zoom));
+std::uint32_t parse_zoom(const std::string& text) {
+  std::uint32_t zoom = 0;
+  const char* const end = text.data() + text.size();
+  const auto parsed = std::from_chars(text.data(), end, zoom);
+  if (parsed.ec != std::errc{} || parsed.ptr != end || zoom < 1 || zoom > 64) {
+    throw Failure("--zoom: expected 1 to 64, found " + quoted(text));
   }
+  return zoom;
+}
+
+Crop place_crop(const Picture& picture, const SheetOptions& options) {
+  const std::uint32_t zoom = parse_zoom(options.zoom);
   const Size whole = picture.size;
   Crop crop{
-      0,
-      0,
-      {std::min(kCellWidth / options.zoom, whole.width), std::min(kCropHeight / options.zoom, whole.height)},
-      options.zoom};
+      0, 0, {std::min(kCellWidth / zoom, whole.width), std::min(kCropHeight / zoom, whole.height)}, zoom};
   if (options.crop.empty()) {
     centre_on_detail(crop, picture);
     return crop;
@@ -187,31 +192,69 @@ std::vector<Picture> pictures_of(const Frame& frame, const Conversion& conversio
   return make_pictures(run_conversion(frame, conversion, options), frame.size, conversion, options);
 }
 
-}  // namespace
+/// A line of the sheet in the making: a conversion in an order.
+struct Showing {
+  const Conversion* conversion;
+  const Pattern* pattern;
+};
 
-Picture make_sheet(const Frame& frame, const SheetOptions& options) {
+/// What fits the frame, without what only repeats others unless everything is asked for.
+std::vector<const Conversion*> chosen_conversions(const Frame& frame, const std::string& show) {
   std::vector<const Conversion*> fitting;
   for (const Conversion* const conversion : conversions_of(*frame.format)) {
     if (takes_size(*conversion, frame.size) && (conversion->reads_form || !frame.form_told)) {
       fitting.push_back(conversion);
     }
   }
-  // The functions that offer several targets repeat what others show, where there are others.
-  const bool has_others = !fitting.empty() && !is_selector(*fitting.front());
-  std::vector<const Conversion*> shown;
-  std::uint32_t count = 0;
-  for (const Conversion* const conversion : fitting) {
-    if (!(has_others && is_selector(*conversion))) {
-      shown.push_back(conversion);
-      count += std::max(static_cast<std::uint32_t>(find_target(conversion->target).planes.size()), 1U);
-    }
-  }
-  if (shown.empty()) {
+  if (fitting.empty()) {
     throw Failure("no method takes " + std::string(frame.format->name) + " at " + to_text(frame.size) +
                   ": see qvn formats");
   }
-  const Crop crop = place_crop(pictures_of(frame, *shown.front()).front(), options);
-  const std::uint32_t columns = std::min(count, kMostColumns);
+  if (show == "all") {
+    return fitting;
+  }
+  if (show == "patterns") {
+    return {fitting.front()};
+  }
+  // The functions that offer several targets repeat what others show, where there are others.
+  if (!is_selector(*fitting.front())) {
+    std::erase_if(fitting, [](const Conversion* conversion) { return is_selector(*conversion); });
+  }
+  return fitting;
+}
+
+std::vector<Showing> showings(const Frame& frame, const std::string& show) {
+  if (show != "methods" && show != "patterns" && show != "all") {
+    throw Failure("--show: expected methods, patterns or all, found " + quoted(show));
+  }
+  if (show == "patterns" && !frame.format->mosaic) {
+    throw Failure("--show patterns is for Bayer mosaics, found " + std::string(frame.format->name));
+  }
+  std::vector<Showing> all;
+  for (const Conversion* const conversion : chosen_conversions(frame, show)) {
+    if (show == "methods" || !frame.format->mosaic) {
+      all.push_back({conversion, frame.pattern});
+      continue;
+    }
+    for (const std::string& name : pattern_names()) {
+      all.push_back({conversion, &find_pattern(name)});
+    }
+  }
+  return all;
+}
+
+}  // namespace
+
+Picture make_sheet(const Frame& frame, const SheetOptions& options) {
+  const std::vector<Showing> shown = showings(frame, options.show);
+  std::uint32_t count = 0;
+  for (const Showing& showing : shown) {
+    count += std::max(static_cast<std::uint32_t>(find_target(showing.conversion->target).planes.size()), 1U);
+  }
+  const bool in_orders = options.show != "methods" && frame.format->mosaic;
+  const Crop crop = place_crop(pictures_of(frame, *shown.front().conversion).front(), options);
+  const std::uint32_t columns =
+      in_orders ? static_cast<std::uint32_t>(pattern_names().size()) : std::min(count, kMostColumns);
   const std::uint32_t lines = (count + columns - 1) / columns;
   const std::uint32_t whole_height = reduced(frame.size).height;
   const std::uint32_t cell_height = kLabelHeight + whole_height + kGap / 2 + crop.size.height * crop.zoom;
@@ -220,20 +263,23 @@ Picture make_sheet(const Frame& frame, const SheetOptions& options) {
   sheet.size = {kGap + columns * (kCellWidth + kGap), kTitleHeight + lines * (cell_height + kGap)};
   sheet.bytes.assign(sheet.line_bytes() * sheet.size.height, kBehind);
   std::string title = std::string(frame.format->name) + " " + to_text(frame.size);
-  if (frame.format->mosaic) {
+  if (frame.format->mosaic && !in_orders) {
     title += " ";
     title += frame.pattern->name;
   }
   draw_text(sheet, kGap, kGap, 2, title, kDim);
 
   std::uint32_t cell = 0;
-  for (const Conversion* const conversion : shown) {
-    const std::vector<Picture> pictures = pictures_of(frame, *conversion);
+  Frame ordered = frame;
+  for (const Showing& showing : shown) {
+    ordered.pattern = showing.pattern;
+    const std::vector<Picture> pictures = pictures_of(ordered, *showing.conversion);
     for (std::size_t i = 0; i < pictures.size(); ++i, ++cell) {
       const std::uint32_t left = kGap + cell % columns * (kCellWidth + kGap);
       const std::uint32_t top = kTitleHeight + cell / columns * (cell_height + kGap);
-      draw_text(sheet, left, top + 6, 2, heading(*conversion, i), kBright);
-      draw_text(sheet, left, top + 28, 1, conversion->entry, kDim);
+      const std::string order = in_orders ? std::string(showing.pattern->name) + ": " : "";
+      draw_text(sheet, left, top + 6, 2, order + heading(*showing.conversion, i), kBright);
+      draw_text(sheet, left, top + 28, 1, showing.conversion->entry, kDim);
       draw_whole(sheet, left, top + kLabelHeight, pictures[i]);
       draw_crop(sheet, left, top + kLabelHeight + whole_height + kGap / 2, pictures[i], crop);
     }

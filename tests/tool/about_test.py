@@ -44,20 +44,21 @@ class About(ToolTest):
                           "--method", method, "--to", target)
         self.assertEqual(len(rows), len(set(rows)))
         # Functions of one target, and those that offer several.
-        self.assertEqual(len(rows), 34 + 104)
+        self.assertEqual(len(rows), 37 + 104)
 
     def test_lines_are_not_too_long(self):
         for line in self.run_tool("formats").decode().splitlines():
             self.assertLessEqual(len(line), 132, line)
 
     def test_version(self):
-        first, library, level = self.run_tool("--version").decode().splitlines()
+        first, library, level, capabilities = self.run_tool("--version").decode().splitlines()
         self.assertEqual(first, "qvn 2.1.2.0 (version word 0x02010200)")
         path = library.removeprefix("library: ")
         self.assertTrue(os.path.isfile(path), path)
         self.assertIn("libquorvane", os.path.basename(path))
         folder = re.search(r"/glibc-hwcaps/([^/]+)/", path)
         self.assertEqual(level, "level: " + (folder[1] if folder else "baseline"))
+        self.assertRegex(capabilities, r"^capabilities:( [01]){12}$")
 
     def test_help(self):
         text = self.run_tool("--help").decode()

@@ -94,7 +94,7 @@ class Errors(ToolTest):
         self.refuse("convert", "frame.raw", "a.png", *RAW8, "--method", "2x2", "--to", "zzz",
                     says=["'zzz'", "by method 2x2", "expected bgr"])
         self.refuse("convert", "frame.raw", "a.png", *RAW8, "--out-format", "jpg",
-                    says=["'jpg'", "png, ppm, pgm or raw"])
+                    says=["'jpg'", "png, tiff, ppm, pgm or raw"])
         self.refuse("chart", "a.raw", "--format", "raw9", says=["'raw9'"])
         self.refuse("chart", "a.raw", "--pattern", "RGGB", says=["'RGGB'"])
         self.refuse("chart", "a.raw", "--out-format", "tga", says=["'tga'", "raw"])
@@ -158,7 +158,7 @@ class Errors(ToolTest):
                     says=["PPM", "3 channels", "found 1"])
         self.refuse("chart", "a.ppm", says=["PPM"])
         for name in ("a.jpg", "a", "png", ".png"):
-            self.refuse("convert", "frame.raw", name, *RAW8, says=["'%s'" % name, ".png, .ppm or .pgm"])
+            self.refuse("convert", "frame.raw", name, *RAW8, says=["'%s'" % name, ".png, .tiff, .ppm or .pgm"])
         self.refuse("convert", "frame.raw", "-", *RAW8, says=["standard output", "--out-format"])
 
     def test_outputs_that_cannot_be_written(self):
@@ -212,6 +212,9 @@ class Errors(ToolTest):
         self.refuse("chart", "a.raw", "--seed", "-1", says=["seed"])
         self.refuse("sheet", "frame.raw", "a.png", *RAW8, "--zoom", "-1", says=["zoom"])
         self.refuse("sheet", "frame.raw", "a.png", *RAW8, "--zoom", "4294967304", says=["zoom"])
+        self.refuse("sheet", "frame.raw", "a.png", *RAW8, "--zoom", "", says=["zoom", "empty"])
+        for option in ("--from", "--size", "--pattern", "--method", "--to", "--out-format", "--recipe"):
+            self.refuse("convert", "frame.raw", "a.png", option, "", says=[option, "empty"])
         self.refuse("chart", "a.raw", "--noise", "loud", says=["noise"])
         for seed in ("", "0x10", "1.5", "18446744073709551616"):
             self.refuse("chart", "a.raw", "--seed=" + seed, says=["seed"])

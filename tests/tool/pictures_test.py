@@ -19,7 +19,7 @@ class Pictures(ToolTest):
         self.assertEqual(done.stdout.count(b"\n"), 1)
         self.assertIn(str(out / "sheet.png").encode(), done.stdout)
 
-        expected, frames = {"sheet.png"}, set()
+        expected, frames = {"sheet.png", "orders.png"}, set()
         for source, method, target in self.listed():
             mosaic = source in MOSAICS
             frame = source + "_rggb" if mosaic else source

@@ -83,12 +83,38 @@ class Sheet(ToolTest):
         self.refuse("sheet", "frame.raw", "a.png", "--from", "raw16be", "--size", "24x16", "--bits", 11,
                     says=["10, 12, 13, 14, 15 or 16", "found 11"])
 
+    def test_the_four_orders_side_by_side(self):
+        self.run_tool("chart", "frame.raw", "--size", "96x64", "--pattern", "gbrg")
+        self.run_tool("sheet", "frame.raw", "sheet.ppm", "--from", "raw8", "--size", "96x64", "--show", "patterns")
+        sheet = read_netpbm(self.read("sheet.ppm"))
+        self.assertEqual(sheet.width, 20 + 404 * 4)
+        for cell, pattern in enumerate(("rggb", "grbg", "gbrg", "bggr")):
+            self.run_tool("convert", "frame.raw", "one.ppm", "--from", "raw8", "--size", "96x64", "--pattern", pattern)
+            one = read_netpbm(self.read("one.ppm"))
+            for y in range(64):
+                for x in range(96):
+                    self.assertEqual(sheet.pixel(20 + 404 * cell + x, 90 + y), one.pixel(x, y))
+
+    def test_all_functions(self):
+        for source, mosaic in (("raw12packed", True), ("rgb8", False)):
+            self.run_tool("chart", "frame.raw", "--format", source, "--size", "24x16")
+            self.run_tool("sheet", "frame.raw", "sheet.ppm", "--from", source, "--size", "24x16", "--show", "all")
+            sheet = read_netpbm(self.read("sheet.ppm"))
+            rows = [row for row in self.listed() if row[0] == source]
+            cells = sum({"planes": 3, "planes-y": 4}.get(row[2], 1) for row in rows)
+            lines = cells if mosaic else (cells + 2) // 3
+            self.assertEqual(sheet.height, 44 + (76 + 9 * 16) * lines)
+            self.assertEqual(sheet.width, 20 + 404 * (4 if mosaic else 3))
+
     def test_refusals(self):
         self.run_tool("chart", "frame.pgm", "--size", "96x64")
         for crop in ("96,0", "0,64", "1", "1,", ",1", "a,b", "1,2,3", "-1,2"):
             self.refuse("sheet", "frame.pgm", "a.png", "--crop=" + crop,
                         says=["--crop", "inside 96x64", crop])
-        for zoom in (0, 65):
+        self.refuse("sheet", "frame.pgm", "a.png", "--show", "orders", says=["methods, patterns or all", "'orders'"])
+        self.write("grey.raw", bytes(16))
+        self.refuse("sheet", "grey.raw", "a.png", "--from", "y8", "--size", "4x4", "--show", "patterns", says=["y8"])
+        for zoom in (0, 65, "8.5", "x"):
             self.refuse("sheet", "frame.pgm", "a.png", "--zoom", zoom, says=["expected 1 to 64", str(zoom)])
         self.refuse("sheet", "frame.pgm", "a.pgm", says=["PGM", "3"])
         self.refuse("sheet", "frame.pgm", "a.jpg", says=[".png"])
