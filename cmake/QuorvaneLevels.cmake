@@ -16,7 +16,9 @@ set(QUORVANE_RUNTIME_DIR ${PROJECT_BINARY_DIR}/bin)
 
 set(QUORVANE_LEVELS baseline)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
-  if(QUORVANE_SANITIZE STREQUAL "thread")
+  if(QUORVANE_BASELINE_ONLY)
+    # For what looks at lines, not at instructions.
+  elseif(QUORVANE_SANITIZE STREQUAL "thread")
     # Threads meet in the same places at every level.
   elseif(QUORVANE_SANITIZE)
     list(APPEND QUORVANE_LEVELS x86-64-v3)  # v2 is the same text at the baseline's width

@@ -3,8 +3,10 @@
     minimal_test.py PROGRAM, with an emulator before it if the program needs one
 """
 
+import pathlib
 import subprocess
 import sys
+import tempfile
 import unittest
 
 PROGRAM = sys.argv[1:]
@@ -17,21 +19,30 @@ def mosaic(red, green, blue):
     return (bytes([red, green]) * (WIDTH // 2) + bytes([green, blue]) * (WIDTH // 2)) * (HEIGHT // 2)
 
 
-def run(frame):
-    return subprocess.run(PROGRAM, input=frame, stdout=subprocess.PIPE, check=False)
-
-
 class MinimalTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.frame = pathlib.Path(folder.name) / "frame.raw"
+        self.picture = pathlib.Path(folder.name) / "picture.ppm"
+
+    def run_with(self, frame):
+        self.frame.write_bytes(frame)
+        return subprocess.run([*PROGRAM, self.frame, self.picture], check=False).returncode
+
     def test_picture_has_the_colours_of_the_mosaic(self):
-        result = run(mosaic(200, 100, 50))
-        self.assertEqual(result.returncode, 0)
-        expected = b"P6 640 480 255\n" + bytes([200, 100, 50]) * (WIDTH * HEIGHT)
-        self.assertTrue(result.stdout == expected)
+        # 10 and 13 are line ends, which some systems translate where a file is text.
+        for colours in [(200, 100, 50), (10, 13, 26)]:
+            self.assertEqual(self.run_with(mosaic(*colours)), 0)
+            expected = b"P6 640 480 255\n" + bytes(colours) * (WIDTH * HEIGHT)
+            self.assertTrue(self.picture.read_bytes() == expected)
 
     def test_a_frame_that_is_too_short_is_refused(self):
-        result = run(mosaic(200, 100, 50)[:-1])
-        self.assertEqual(result.returncode, 1)
-        self.assertEqual(result.stdout, b"")
+        self.assertEqual(self.run_with(mosaic(200, 100, 50)[:-1]), 1)
+        self.assertFalse(self.picture.exists())
+
+    def test_a_frame_that_is_not_there_is_refused(self):
+        self.assertEqual(subprocess.run([*PROGRAM, self.frame, self.picture], check=False).returncode, 1)
 
 
 if __name__ == "__main__":

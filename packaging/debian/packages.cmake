@@ -1,0 +1,71 @@
+# libquorvane2, libquorvane-dev, quorvane-tools and, where the Python module is installed as component `python`,
+# python3-quorvane. Configure with -DCMAKE_INSTALL_PREFIX=/usr, build, then run `cpack -G DEB`.
+set(packages runtime:libquorvane2 development:libquorvane-dev)
+if(TARGET qvn)
+  list(APPEND packages tools:quorvane-tools)
+endif()
+get_cmake_property(installed COMPONENTS)
+if(python IN_LIST installed)
+  list(APPEND packages python:python3-quorvane)
+endif()
+
+# The symbols of the library with the version that brought them.
+file(STRINGS ${PROJECT_SOURCE_DIR}/include/quorvane/quorvane.h declarations REGEX "^QVN_API uint32_t QVN_")
+list(TRANSFORM declarations REPLACE "^QVN_API uint32_t (QVN_[A-Za-z0-9_]+).*" " \\1@Base ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+list(SORT declarations)
+list(JOIN declarations "\n" declarations)
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/debian/symbols "libquorvane.so.${PROJECT_VERSION_MAJOR} libquorvane${PROJECT_VERSION_MAJOR} #MINVER#\n${declarations}\n")
+file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
+
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  foreach(package IN LISTS packages)
+    string(REPLACE ":" ";" package ${package})
+    list(POP_FRONT package component)
+    set(directory ${CMAKE_INSTALL_DATADIR}/doc/${package})
+    install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/copyright DESTINATION ${directory} COMPONENT ${component})
+    quorvane_install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog ${directory} ${component})
+  endforeach()
+endif()
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME quorvane)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_VENDOR "Quorvane")
+set(CPACK_PACKAGE_CONTACT "Quorvane developers <quorvane@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+string(REGEX REPLACE ":[^;]*" "" CPACK_COMPONENTS_ALL "${packages}")
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${QUORVANE_LIBRARY_DIR})
+
+set(same_version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libquorvane2)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_BINARY_DIR}/debian/symbols ${CMAKE_CURRENT_BINARY_DIR}/debian/triggers)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+  "${PROJECT_DESCRIPTION}\nThe shared library, built for several instruction-set levels among which the loader chooses.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libquorvane-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libquorvane2 ${same_version}")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+  "${PROJECT_DESCRIPTION}, development files\nHeaders for C and C++, the static library, files for CMake and pkg-config.")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME quorvane-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libquorvane2 ${same_version}")
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION
+  "${PROJECT_DESCRIPTION}, command-line tool\nqvn converts raw frames of cameras to pictures and shows what each method makes of them.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-quorvane)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "libquorvane2 ${same_version}, python3, python3-numpy")
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+  "${PROJECT_DESCRIPTION}, Python module\nConversions of numpy arrays.")
+include(CPack)
