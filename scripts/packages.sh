@@ -26,5 +26,5 @@ install_packages() {
   "${apt[@]}" install -y --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-build_packages=(g++ cmake ninja-build libcli11-dev libpng-dev)
-test_packages=(libgtest-dev libbenchmark-dev binutils python3)
+build_packages=(g++ cmake ninja-build libcli11-dev libpng-dev libtiff-dev)
+test_packages=(libgtest-dev nlohmann-json3-dev valgrind binutils python3)
