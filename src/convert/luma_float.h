@@ -31,7 +31,8 @@ inline uint8_t luma_by_doubles(uint8_t r, uint8_t g, uint8_t b) {
 
 // Of a colour whose exact luma is whole: whether the doubles end below it.
 inline bool is_below_whole(uint8_t r, uint8_t g, uint8_t b) {
-  return luma_doubles<double>(r, g, b) < (72 * g + 21 * r + 7 * b) / 100;
+  const int whole = (72 * g + 21 * r + 7 * b) / 100;
+  return luma_doubles<double>(r, g, b) < whole;
 }
 
 inline uint8_t luma_by_singles(uint8_t r, uint8_t g, uint8_t b) {

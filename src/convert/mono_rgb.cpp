@@ -29,7 +29,7 @@ constexpr int is_packed_channel(int i) {
 }
 }  // namespace places
 
-// Every byte is the one two behind, its own, or the one two before:
+// Where bytes are not permuted freely: every byte is the one two behind, its own, or the one two before.
 //
 //     src    R G B R G B ...
 //     dst    B G R B G R ...
@@ -39,6 +39,28 @@ Bytes exchange_ends(const uint8_t* from) {
   const Bytes behind = load<Bytes>(at + 2), own = load<Bytes>(at), before = load<Bytes>(at - 2);
   return blend<places::is_packed_channel<Vector, 0>>(
       behind, blend<places::is_packed_channel<Vector, 1>>(own, before));
+}
+
+namespace places {
+// Five pixels of a 16-byte block with their ends exchanged. The sixteenth byte, the next pixel's, stays.
+//
+//     R G B R G B ... R G B R   ->   B G R B G R ... B G R R
+constexpr int exchange_five(int i) {
+  const int place = i % 16;
+  return place == 15 ? i : i - place % 3 + 2 - place % 3;
+}
+}  // namespace places
+
+// Blocks that follow one another by 15 bytes; each ends with a byte that the next one writes again. In place
+// it is the byte that is there. A pixel is left to the plain row for the last one.
+size_t exchange_ends_by_fives(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr int kBlocks = kLaneBytes / 16;
+  size_t x = 0;
+  for (; x + 5 * kBlocks < n; x += 5 * kBlocks) {
+    const Bytes pixels = shuffle<places::exchange_five>(load_blocks<15>(src + 3 * x));
+    for (int block = 0; block < kBlocks; ++block) store_block(dst + 3 * x + 15 * block, pixels, block);
+  }
+  return x;
 }
 
 }  // namespace
@@ -55,6 +77,10 @@ void rgb8_to_bgr_plain(uint8_t* dst, const uint8_t* src, size_t n) {
 // The loads reach two bytes to either side, so the first and the last pixel are left to the plain row. In
 // place the bytes before a vector are rewritten ones, but they are not the ones that are picked.
 void rgb8_to_bgr(uint8_t* dst, const uint8_t* src, size_t n) {
+  if (kVectorRows && kBytePermutes) {
+    const size_t done = exchange_ends_by_fives(dst, src, n);
+    return rgb8_to_bgr_plain(dst + 3 * done, src + 3 * done, n - done);
+  }
   if (n < 3) return rgb8_to_bgr_plain(dst, src, n);
   rgb8_to_bgr_plain(dst, src, 1);
   const size_t done = 1 + run_vectors<kLaneBytes>(n - 2, [=](size_t x) {
@@ -136,8 +162,13 @@ void y16_to_y8_plain(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder ord
 void y16_to_y8(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, SampleCut cut) {
   const CutLanes lanes(cut);
   const auto run = [&]<SampleOrder kOrder>() {
+    if (!cut.is_a_byte_above_its_push()) {
+      return run_vectors<kLaneBytes>(
+          n, [&](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).red(lanes)); });
+    }
+    const uint32_t lift = 8 - cut.shift;
     return run_vectors<kLaneBytes>(
-        n, [&](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).red(lanes)); });
+        n, [=](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).rounded_top_bytes(lift)); });
   };
   const size_t done = order == SampleOrder::kBigEndian
                           ? run.template operator()<SampleOrder::kBigEndian>()

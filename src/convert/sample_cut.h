@@ -15,6 +15,11 @@ struct SampleCut {
   uint16_t byte_mask;  // 0xFF, or 0 where nothing of the sample is left
   uint16_t roundBit;   // pushes red, and mono
   uint16_t dropBit;    // pushes blue
+
+  // Whether eight bits in a row are left, with the round bit right below them or, below bit 0, none.
+  constexpr bool is_a_byte_above_its_push() const {
+    return shift <= 8 && byte_mask == 0xFF && roundBit == (1U << shift) >> 1;
+  }
 };
 
 // The top byte, for samples of 16 bits and for all that are aligned to the top.
@@ -74,6 +79,14 @@ struct SamplePair {
   Bytes green(const CutLanes& cut) const {
     return narrow_to_bytes(as<SignedWords>(cut.bytes(first)), as<SignedWords>(cut.bytes(second)));
   }
+  // Red where the byte lies right above the round bit, which is bit 7 after `lift`: the sum stops at 65535,
+  // so that 255 stays.
+  Bytes rounded_top_bytes(uint32_t lift) const {
+    const auto rounded = [=](Words samples) {
+      return as<SignedWords>(add_saturated(samples << lift, Words{} + 0x80) >> 8);
+    };
+    return narrow_to_bytes(rounded(first), rounded(second));
+  }
   Bytes blue(const CutLanes& cut) const {
     return narrow_to_bytes(cut.pushed(first, cut.dropBit), cut.pushed(second, cut.dropBit));
   }
@@ -83,11 +96,11 @@ template <SampleOrder order>
 inline SamplePair load_samples(const uint8_t* from) {
   const auto value_of = [](Bytes bytes) {
     const auto words = as<Words>(bytes);
-    return order == SampleOrder::kLittleEndian ? words : (words << 8) | (words >> 8);
+    if constexpr (order == SampleOrder::kLittleEndian) return words;
+    if constexpr (kBytePermutes) return as<Words>(shuffle<places::other_of_pair>(bytes));
+    return (words << 8) | (words >> 8);
   };
-  const Bytes lower = load<Bytes>(from), upper = load<Bytes>(from + kLaneBytes);
-  return {value_of(shuffle<places::every_other_block<0>>(lower, upper)),
-          value_of(shuffle<places::every_other_block<1>>(lower, upper))};
+  return {value_of(load_blocks<32>(from)), value_of(load_blocks<32>(from + 16))};
 }
 
 }  // namespace qvn

@@ -49,6 +49,45 @@ inline Bytes weighted_luma(const Rgb<Bytes>& p) {
                          weighted(interleave_high(p.r, p.b), interleave_high(p.g, Bytes{})));
 }
 
+namespace places {
+// Double word k of 16-byte block j, which two narrowings put there, is number k * blocks + j.
+constexpr int collect_from_blocks(int i) {
+  constexpr int kBlocks = kLaneBytes / 16;
+  return i % kBlocks * 4 + i / kBlocks;
+}
+template <int Red, int Green, int Blue>
+constexpr int weight_in_four(int i) {
+  return i % 4 == 0 ? Red : i % 4 == 1 ? Green : i % 4 == 2 ? Blue : 0;
+}
+}  // namespace places
+
+// And of a vector of pixels R G B A where they lie. Less 128, a channel is a signed byte, and the sum of red
+// and green fits a signed word; the whole sum is 128 * 256 less, and fits one, too.
+template <int Red, int Green, int Blue, uint16_t Rounding>
+inline Bytes weighted_luma_of_fours(const uint8_t* from) {
+  static_assert(Red + Green + Blue == 256 && (Red + Green) * 128 <= 32768);
+  const Bytes weights = constant<Bytes, places::weight_in_four<Red, Green, Blue>>();
+  const auto sums = [=](int i) {
+    const Bytes channels = load<Bytes>(from + i * kLaneBytes) ^ 0x80;
+    const SignedWords pairs = multiply_add_pairs(weights, as<SignedBytes>(channels));
+    return multiply_add_pairs(pairs, SignedWords{} + int16_t{1});
+  };
+  const auto luma = [](SignedWords sum) {
+    return as<SignedWords>((as<Words>(sum) + uint16_t{0x8000 + Rounding}) >> 8);
+  };
+  const Bytes dealt =
+      narrow_to_bytes(luma(narrow_to_words(sums(0), sums(1))), luma(narrow_to_words(sums(2), sums(3))));
+  return as<Bytes>(shuffle<places::collect_from_blocks>(as<DoubleWords>(dealt)));
+}
+
+inline Bytes luma_77_150_29_of_fours(const uint8_t* from) {
+  return weighted_luma_of_fours<77, 150, 29, 0>(from);
+}
+
+inline Bytes luma_54_184_18_of_fours(const uint8_t* from) {
+  return weighted_luma_of_fours<54, 184, 18, 128>(from);
+}
+
 inline Bytes luma_77_150_29(const Rgb<Bytes>& p) {
   if constexpr (!kBytePermutes) return luma_77_150_29(pairs_of_bytes(p));
   return weighted_luma<77, 150, 29, 0>(p);

@@ -68,6 +68,20 @@ inline Bytes permute_blocks(Bytes v, Bytes from) {
 #endif
 }
 
+// The sum of each lane, stopped at 65535.
+inline Words add_saturated(Words a, Words b) {
+#if defined(__AVX512BW__)
+  return as<Words>(_mm512_adds_epu16(as<__m512i>(a), as<__m512i>(b)));
+#elif defined(__AVX2__)
+  return as<Words>(_mm256_adds_epu16(as<__m256i>(a), as<__m256i>(b)));
+#elif defined(__SSE2__)
+  return as<Words>(_mm_adds_epu16(as<__m128i>(a), as<__m128i>(b)));
+#else
+  const Words sum = a + b;
+  return sum | as<Words>(sum < a);
+#endif
+}
+
 // (a * b) >> 16 of each lane, rounded down.
 inline SignedWords multiply_high(SignedWords a, SignedWords b) {
 #if defined(__AVX512BW__)

@@ -2,7 +2,8 @@
 // ones, it writes, how one pixel is written, and how a vector of consecutive pixels is, in the form `Form` or
 // as Rgb<Bytes>; it writes those bytes only. Puts whose Form is Rgb<Bytes> also take `halves`: blocks of 16
 // bytes that hold their even pixels first, then their odd ones. A put of one grey byte a pixel has `grey`,
-// which makes the bytes, in the order of the pixels, whatever that is.
+// which makes the bytes, in the order of the pixels, whatever that is, and `grey_of_fours`, which makes them
+// of packed pixels R G B A.
 #pragma once
 
 #include <type_traits>
@@ -55,6 +56,7 @@ struct PutY8 {
   static Bytes grey(const Pixels& p) {
     return luma_77_150_29(p);
   }
+  static Bytes grey_of_fours(const uint8_t* rgba) { return luma_77_150_29_of_fours(rgba); }
 };
 
 // Luma by the second set of weights.
@@ -73,6 +75,7 @@ struct PutY8Rounded {
   static Bytes grey(const Pixels& p) {
     return luma_54_184_18(p);
   }
+  static Bytes grey_of_fours(const uint8_t* rgba) { return luma_54_184_18_of_fours(rgba); }
 };
 
 // Luma in all three bytes of a pixel.

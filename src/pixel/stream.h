@@ -91,10 +91,10 @@ class Stream {
 #endif
   }
 
-  uint8_t* to_;
-  size_t held_ = 0;
   alignas(kLineBytes)
       std::array<uint8_t, 2 * kLineBytes + (kStreamedPixels + kEndPixels) * kPixelBytes + kLineBytes> strip_;
+  uint8_t* to_;
+  size_t held_ = 0;
 };
 
 // row(to, from, pixels) over n pixels of kPixelBytes, all of which it writes. Two pixels of the source are

@@ -86,6 +86,60 @@ bool rgba8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
   return true;
 }
 
+// Runs from packed pixels by permutations of what a block holds. Without those, by way of channels.
+
+template <class Put>
+bool rgba8_to_grey_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  size_t x = 0;
+  for (; x + kLaneBytes <= n; x += kLaneBytes) store(dst + x, Put::grey_of_fours(src + 4 * x));
+  return colour_run<Rgba8, Put>(dst + x, src + 4 * x, n - x);
+}
+
+namespace places {
+// Four pixels of four bytes from the first twelve of a block, and back, with their ends exchanged:
+//
+//     R0 G0 B0 R1 G1 B1 ...   ->   B0 G0 R0 0 B1 G1 R1 0 ...
+//     R0 G0 B0 A0 R1 G1 ...   ->   B0 G0 R0 B1 G1 R1 ... 0 0 0 0
+constexpr int fours_of_threes(int i) { return i % 4 == 3 ? 128 : i % 16 / 4 * 3 + 2 - i % 4; }
+constexpr int threes_of_fours(int i) { return i % 16 >= 12 ? 128 : i % 16 / 3 * 4 + 2 - i % 16 % 3; }
+
+// The first three double words of each block, then any.
+constexpr int threes_of_double_words(int i) {
+  constexpr int kBlocks = kLaneBytes / 16;
+  return i < 3 * kBlocks ? i / 3 * 4 + i % 3 : 3;
+}
+}  // namespace places
+
+// Four bytes behind the pixels are read, which two more pixels have.
+bool rgb8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr size_t kStep = kLaneBytes / 4;
+  size_t x = 0;
+  for (; x + kStep + 2 <= n; x += kStep) {
+    const Bytes pixels =
+        permute_blocks(load_blocks<12>(src + 3 * x), constant<Bytes, places::fours_of_threes>());
+    store_over_three(dst + 4 * x, as<DoubleWords>(pixels));
+  }
+  return colour_run<Rgb8, PutBgra>(dst + 4 * x, src + 3 * x, n - x);
+}
+
+// A fourth of a vector behind the pixels is written, and then written again: half as many pixels have room
+// for it. In place, all sources to come lie behind it.
+bool rgba8_to_bgr_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr size_t kStep = kLaneBytes / 4;
+  size_t x = 0;
+  for (; x + kStep + kStep / 2 <= n; x += kStep) {
+    const Bytes pixels = permute_blocks(load<Bytes>(src + 4 * x), constant<Bytes, places::threes_of_fours>());
+    store(dst + 3 * x, shuffle<places::threes_of_double_words>(as<DoubleWords>(pixels)));
+  }
+  return colour_run<Rgba8, PutBgr>(dst + 3 * x, src + 4 * x, n - x);
+}
+
+constexpr bool kByPermutes = kVectorRows && kBytePermutes;
+constexpr PixelRun kRgb8ToBgra = kByPermutes ? rgb8_to_bgra_run : colour_run<Rgb8, PutBgra>;
+constexpr PixelRun kRgba8ToBgr = kByPermutes ? rgba8_to_bgr_run : colour_run<Rgba8, PutBgr>;
+template <class Put>
+constexpr PixelRun kRgba8ToGrey = kByPermutes ? rgba8_to_grey_run<Put> : colour_run<Rgba8, Put>;
+
 template <class Layout>
 constexpr ByTarget<PixelRun> yuv_runs() {
   return {row_run<yuv_to_packed<Layout, PutY8>>, row_run<yuv_to_packed<Layout, PutBgr>>,
@@ -112,9 +166,9 @@ struct Y16LayoutRuns {
 }  // namespace
 
 constexpr ByTarget<PixelRun> kRgb8Runs = {colour_run<Rgb8, PutY8>, large_run<row_run<rgb8_to_bgr>, 3, 6>,
-                                          colour_run<Rgb8, PutBgra>, colour_run<Rgb8, PutY8Rounded>};
-constexpr ByTarget<PixelRun> kRgba8Runs = {colour_run<Rgba8, PutY8>, colour_run<Rgba8, PutBgr>,
-                                           rgba8_to_bgra_run, colour_run<Rgba8, PutY8Rounded>};
+                                          kRgb8ToBgra, colour_run<Rgb8, PutY8Rounded>};
+constexpr ByTarget<PixelRun> kRgba8Runs = {kRgba8ToGrey<PutY8>, kRgba8ToBgr, rgba8_to_bgra_run,
+                                           kRgba8ToGrey<PutY8Rounded>};
 constexpr ByTarget<PixelRun> kYuv444Runs = yuv_runs<Yuv444>();
 constexpr ByTarget<PixelRun> kYuv422Runs = yuv_runs<Yuv422>();
 constexpr ByTarget<PixelRun> kYuv411Runs = yuv_runs<Yuv411>();

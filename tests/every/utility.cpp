@@ -1,5 +1,6 @@
 /// Resampling, flips, weaving, unpacking and the SIS block.
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -20,13 +21,17 @@ constexpr std::uint32_t kResampled = 1;
 
 // ---- Resampling: `width` elements a line from `length_in`, `height` lines.
 
-/// Lines of `elements` elements, the first of which a call gets, wherever it lies among them.
+/// Lines of `elements` elements, the first of which a call gets, wherever it lies among them. What no memory
+/// holds is as large as can be told.
 struct Lines {
-  Lines(std::size_t elements, std::int32_t pitch, std::uint32_t lines, std::uint32_t type) {
+  Lines(std::uint64_t elements, std::int32_t pitch, std::uint32_t lines, std::uint32_t type) {
     if (elements == 0 || lines == 0) return;
-    const std::ptrdiff_t travel = std::ptrdiff_t{pitch} * (static_cast<std::ptrdiff_t>(lines) - 1);
-    first = static_cast<std::size_t>(std::max<std::ptrdiff_t>(-travel, 0)) * type;
-    size = (static_cast<std::size_t>(std::abs(travel)) + elements) * type;
+    const auto told = [](std::uint64_t bytes) {
+      return static_cast<std::size_t>(std::min<std::uint64_t>(bytes, SIZE_MAX / 16));
+    };
+    const std::int64_t travel = std::int64_t{pitch} * (std::int64_t{lines} - 1);
+    first = told(static_cast<std::uint64_t>(std::max<std::int64_t>(-travel, 0)) * type);
+    size = told((static_cast<std::uint64_t>(std::abs(travel)) + elements) * type);
   }
   std::size_t first = 0;  ///< offset of the first line
   std::size_t size = 0;
@@ -37,11 +42,11 @@ std::int32_t length_out(const Call& c) { return static_cast<std::int32_t>(c.widt
 bool is_refused(const Call& c) { return c.units == 0 || c.units > 6 || c.selector > 1; }
 
 /// What the tables reach of a source line.
-std::size_t elements_read(const Call& c) {
+std::uint64_t elements_read(const Call& c) {
   if (is_refused(c)) return 0;
   const auto table =
       reference::ScanlineIndexTable(length_out(c), c.length_in, c.rate_in, c.rate_out, c.selector);
-  return table.empty() ? 0 : std::size_t{*std::max_element(table.begin(), table.end())} + 1;
+  return table.empty() ? 0 : std::uint64_t{*std::max_element(table.begin(), table.end())} + 1;
 }
 
 std::int32_t pitch_out(const Call& c) {
