@@ -60,11 +60,11 @@ class ByteTable {
   static constexpr size_t kBlocks = 16, kHalf = kBlocks / 2;
 
   void fill_step(size_t block) {
-    const uint8_t* entries = &entries_[16 * block];
     uint8_t step[kLaneBytes];
     for (size_t i = 0; i < kLaneBytes; ++i) {
-      const uint8_t before = block % kHalf == 0 ? uint8_t{0} : entries[i % 16 - 16];
-      step[i] = entries[i % 16] ^ before;
+      const size_t entry = 16 * block + i % 16;
+      const uint8_t before = block % kHalf == 0 ? uint8_t{0} : entries_[entry - 16];
+      step[i] = entries_[entry] ^ before;
     }
     steps_[block] = load<Bytes>(step);
   }
