@@ -21,7 +21,15 @@ struct SumOfFour {
   UV operator()(const ChromaStrip& strip, ptrdiff_t q) const { return {sum(strip.u, q), sum(strip.v, q)}; }
 };
 
-UV mean_of_block(UV sums) { return {(sums.u + 4) >> 3, (sums.v + 4) >> 3}; }
+// Lanes behind a row's last pixel hold anything, so that their sums may wrap.
+SignedWords wrapping_sum(SignedWords a, SignedWords b) {
+  return as<SignedWords>(as<Words>(a) + as<Words>(b));
+}
+
+UV mean_of_block(UV sums) {
+  const SignedWords half = SignedWords{} + int16_t{4};
+  return {wrapping_sum(sums.u, half) >> 3, wrapping_sum(sums.v, half) >> 3};
+}
 
 // What is left of the last pair of a strip for the strip behind it: of its line or of the next one.
 struct LeftTap {
@@ -116,7 +124,7 @@ void run_block_filter(const Half<Put>& half) {
           half, row, x, n, [&](size_t i, size_t count) __attribute__((always_inline)) {
             const StripBlock own = load_waiting(own_place + 3 * i, count);
             const UV next = SumOfFour{}(strip, static_cast<ptrdiff_t>(i / 2));
-            const UV both{own.chroma.u + next.u, own.chroma.v + next.v};
+            const UV both{wrapping_sum(own.chroma.u, next.u), wrapping_sum(own.chroma.v, next.v)};
             // The last row looks up to this one: the same sums of both.
             store_waiting(next_place + 3 * i, {load<Bytes>(&strip.y[i]), last_but_one ? both : next}, count);
             return StripBlock{own.y, mean_of_block(both)};

@@ -79,10 +79,10 @@ class ByteTable {
   // The entries of samples 0 to 127. Negative ones are brought near 0 first, to be negative still after seven
   // steps.
   [[gnu::always_inline]] static void look_up_half(SignedBytes samples, const Bytes* steps, Bytes& found) {
-    const SignedBytes step = factor<SignedBytes>(16);
-    SignedBytes index = samples < -16 ? SignedBytes{} - 16 : samples;
+    const Bytes step = factor<Bytes>(16);
+    Bytes index = as<Bytes>(samples < -16 ? SignedBytes{} - 16 : samples);
     for (size_t i = 0; i < kHalf; ++i) {
-      found ^= permute_blocks(steps[i], as<Bytes>(index));
+      found ^= permute_blocks(steps[i], index);
       index -= step;
     }
   }
