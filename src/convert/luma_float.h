@@ -4,6 +4,7 @@
 // a sum. White is 254 by the doubles and 255 by the singles, and callers compare frames byte for byte.
 #pragma once
 
+#include "pixel/luma.h"
 #include "pixel/products.h"
 #include "pixel/rgb.h"
 #include "pixel/split3.h"
@@ -107,10 +108,6 @@ template <int First>
 constexpr int four_apart(int i) {
   return i / 16 * 16 + First + i % 16 / 4 * 3 + (i % 4 == 3 ? 2 : i % 4);
 }
-template <int Red, int Green, int Blue>
-constexpr int weight_of_four(int i) {
-  return i % 4 == 0 ? Red : i % 4 == 1 ? Green : i % 4 == 2 ? Blue : 0;
-}
 }  // namespace places
 
 // Of pixels 4 * Quarter to 4 * Quarter + 3 of each 16. The last quarter's bytes end their load, since nothing
@@ -120,7 +117,7 @@ inline SignedDoubleWords hundredfold_of_quarters(const uint8_t* packed) {
   constexpr int kFirst = Quarter == 3 ? 4 : 0;
   const Bytes spaced = shuffle<places::four_apart<kFirst>>(load_blocks<48>(packed + 12 * Quarter - kFirst));
   const SignedWords pairs =
-      multiply_add_pairs(spaced, constant<SignedBytes, places::weight_of_four<21, 72, 7>>());
+      multiply_add_pairs(spaced, constant<SignedBytes, places::weight_in_four<21, 72, 7>>());
   return multiply_add_pairs(pairs, SignedWords{} + int16_t{1});
 }
 

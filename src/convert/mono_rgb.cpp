@@ -1,6 +1,7 @@
 // The mono and RGB rows. A vector row leaves its tail to the plain one, so that it works in place.
 #include "convert/mono_rgb.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "convert/luma_float.h"
@@ -27,9 +28,17 @@ template <int Vector, int Channel>
 constexpr int is_packed_channel(int i) {
   return (Vector * kLaneBytes + i) % 3 == Channel ? 1 : 0;
 }
+
+// Five pixels of a 16-byte block with their ends exchanged. The sixteenth byte, the next pixel's, stays.
+//
+//     R G B R G B ... R G B R   ->   B G R B G R ... B G R R
+constexpr int exchange_five(int i) {
+  const int place = i % 16;
+  return place == 15 ? i : i - place % 3 + 2 - place % 3;
+}
 }  // namespace places
 
-// Where bytes are not permuted freely: every byte is the one two behind, its own, or the one two before.
+// Every byte is the one two behind, its own, or the one two before:
 //
 //     src    R G B R G B ...
 //     dst    B G R B G R ...
@@ -41,46 +50,10 @@ Bytes exchange_ends(const uint8_t* from) {
       behind, blend<places::is_packed_channel<Vector, 1>>(own, before));
 }
 
-namespace places {
-// Five pixels of a 16-byte block with their ends exchanged. The sixteenth byte, the next pixel's, stays.
-//
-//     R G B R G B ... R G B R   ->   B G R B G R ... B G R R
-constexpr int exchange_five(int i) {
-  const int place = i % 16;
-  return place == 15 ? i : i - place % 3 + 2 - place % 3;
-}
-}  // namespace places
-
-// Blocks that follow one another by 15 bytes; each ends with a byte that the next one writes again. In place
-// it is the byte that is there. A pixel is left to the plain row for the last one.
-size_t exchange_ends_by_fives(uint8_t* dst, const uint8_t* src, size_t n) {
-  constexpr int kBlocks = kLaneBytes / 16;
-  size_t x = 0;
-  for (; x + 5 * kBlocks < n; x += 5 * kBlocks) {
-    const Bytes pixels = shuffle<places::exchange_five>(load_blocks<15>(src + 3 * x));
-    for (int block = 0; block < kBlocks; ++block) store_block(dst + 3 * x + 15 * block, pixels, block);
-  }
-  return x;
-}
-
-}  // namespace
-
-void rgb8_to_bgr_plain(uint8_t* dst, const uint8_t* src, size_t n) {
-  for (size_t x = 0; x < n; ++x, dst += 3, src += 3) {
-    const uint8_t r = src[0], g = src[1], b = src[2];
-    dst[0] = b;
-    dst[1] = g;
-    dst[2] = r;
-  }
-}
-
-// The loads reach two bytes to either side, so the first and the last pixel are left to the plain row. In
-// place the bytes before a vector are rewritten ones, but they are not the ones that are picked.
-void rgb8_to_bgr(uint8_t* dst, const uint8_t* src, size_t n) {
-  if (kVectorRows && kBytePermutes) {
-    const size_t done = exchange_ends_by_fives(dst, src, n);
-    return rgb8_to_bgr_plain(dst + 3 * done, src + 3 * done, n - done);
-  }
+// Without permutations. The loads reach two bytes to either side, so the first and the last pixel are left to
+// the plain row. In place the bytes before a vector are rewritten ones, but they are not the ones that are
+// picked.
+void rgb8_to_bgr_blended(uint8_t* dst, const uint8_t* src, size_t n) {
   if (n < 3) return rgb8_to_bgr_plain(dst, src, n);
   rgb8_to_bgr_plain(dst, src, 1);
   const size_t done = 1 + run_vectors<kLaneBytes>(n - 2, [=](size_t x) {
@@ -94,6 +67,35 @@ void rgb8_to_bgr(uint8_t* dst, const uint8_t* src, size_t n) {
                         store(to + 2 * kLaneBytes, third);
                       });
   rgb8_to_bgr_plain(dst + 3 * done, src + 3 * done, n - done);
+}
+
+// Blocks that follow one another by 15 bytes; each ends with a byte that the next one writes again, and that
+// in place is the byte that is there. The last one needs a pixel behind it for that byte.
+void rgb8_to_bgr_by_fives(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr size_t kBlocks = kLaneBytes / 16, kStep = 5 * kBlocks;
+  const size_t done = run_vectors<kStep>(n - std::min<size_t>(n, 1), [=](size_t x) {
+    const Bytes pixels = shuffle<places::exchange_five>(load_blocks<15>(src + 3 * x));
+    for (size_t block = 0; block < kBlocks; ++block) {
+      store_block(dst + 3 * x + 15 * block, pixels, static_cast<int>(block));
+    }
+  });
+  rgb8_to_bgr_plain(dst + 3 * done, src + 3 * done, n - done);
+}
+
+}  // namespace
+
+void rgb8_to_bgr_plain(uint8_t* dst, const uint8_t* src, size_t n) {
+  for (size_t x = 0; x < n; ++x, dst += 3, src += 3) {
+    const uint8_t r = src[0], g = src[1], b = src[2];
+    dst[0] = b;
+    dst[1] = g;
+    dst[2] = r;
+  }
+}
+
+void rgb8_to_bgr(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr auto kRow = kBytePermutes ? rgb8_to_bgr_by_fives : rgb8_to_bgr_blended;
+  kRow(dst, src, n);
 }
 
 void rgb8_to_y8_plain(uint8_t* dst, const uint8_t* src, size_t n) {

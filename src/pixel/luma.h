@@ -55,6 +55,7 @@ constexpr int collect_from_blocks(int i) {
   constexpr int kBlocks = kLaneBytes / 16;
   return i % kBlocks * 4 + i / kBlocks;
 }
+// Of channels R G B and a fourth byte that weighs nothing.
 template <int Red, int Green, int Blue>
 constexpr int weight_in_four(int i) {
   return i % 4 == 0 ? Red : i % 4 == 1 ? Green : i % 4 == 2 ? Blue : 0;

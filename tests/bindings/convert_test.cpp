@@ -7,6 +7,7 @@
 #include <quorvane.hpp>
 #include <set>
 
+#include "bindings/buffers.h"
 #include "bindings/entries.h"
 #include "support/random.h"
 
@@ -22,13 +23,6 @@ using quorvane::Result;
 using quorvane::Size;
 using quorvane::Source;
 using quorvane::Way;
-using Buffer = std::vector<std::uint8_t>;
-
-Buffer random_bytes(std::size_t size, std::uint64_t stream) {
-  Buffer bytes(size);
-  support::Random(stream).fill(bytes.data(), size);
-  return bytes;
-}
 
 const Known& known_of(const Way& way) {
   const auto& all = known_entries();

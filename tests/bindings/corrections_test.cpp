@@ -7,6 +7,7 @@
 #include <numeric>
 #include <quorvane.hpp>
 
+#include "bindings/buffers.h"
 #include "bindings/entries.h"
 #include "support/random.h"
 
@@ -20,15 +21,8 @@ using quorvane::Pattern;
 using quorvane::Result;
 using quorvane::Shift;
 using quorvane::Size;
-using Buffer = std::vector<std::uint8_t>;
 
 constexpr quorvane::Matrix kMatrix{1.25F, -0.5F, 0.25F, -0.125F, 1.5F, -0.375F, 0.0F, -0.75F, 1.75F};
-
-Buffer random_bytes(std::size_t size, std::uint64_t stream) {
-  Buffer bytes(size);
-  support::Random(stream).fill(bytes.data(), size);
-  return bytes;
-}
 
 std::vector<std::uint16_t> table_of(std::size_t entries, std::uint32_t top) {
   std::vector<std::uint16_t> table(entries);

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "support/random.h"
+#include "bindings/buffers.h"
 
 namespace bindings {
 namespace {
@@ -17,13 +17,6 @@ using quorvane::Options;
 using quorvane::Result;
 using quorvane::Size;
 using quorvane::Source;
-using Buffer = std::vector<std::uint8_t>;
-
-Buffer random_bytes(std::size_t size, std::uint64_t stream) {
-  Buffer bytes(size);
-  support::Random(stream).fill(bytes.data(), size);
-  return bytes;
-}
 
 /// The two buffers of a call, exactly as long as it needs them.
 struct Pair {

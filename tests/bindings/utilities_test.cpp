@@ -4,7 +4,7 @@
 #include <cstring>
 #include <quorvane.hpp>
 
-#include "support/random.h"
+#include "bindings/buffers.h"
 
 namespace bindings {
 namespace {
@@ -15,13 +15,6 @@ using quorvane::Destination;
 using quorvane::Result;
 using quorvane::Size;
 using quorvane::Source;
-using Buffer = std::vector<std::uint8_t>;
-
-Buffer random_bytes(std::size_t size, std::uint64_t stream) {
-  Buffer bytes(size);
-  support::Random(stream).fill(bytes.data(), size);
-  return bytes;
-}
 
 Destination shorter(Buffer& bytes) { return {bytes.data(), bytes.size() - 1, 0}; }
 Source shorter(const Buffer& bytes) { return {bytes.data(), bytes.size() - 1, 0}; }

@@ -26,21 +26,11 @@ class Correction {
   static Correction matrix(const Matrix& matrix) { return of_floats(CcMatrixFloat, matrix, 1, 1); }
   /// Kind 2, for 8-bit sources. Gives levels of 0 to 31 only.
   static Correction fixed_int8(const Matrix& matrix) {
-    Correction made;
-    ColorCorrection* object = nullptr;
-    QVN_CreateColorCorrectionMatrix_Int8(matrix.data(), &object);
-    made.kind_ = CcMatrixInt8;
-    made.owned_.reset(object);
-    return made;
+    return of_fixed(CcMatrixInt8, QVN_CreateColorCorrectionMatrix_Int8, matrix);
   }
   /// Kind 3, for sources of 12 and 16 bits.
   static Correction fixed_int16(const Matrix& matrix) {
-    Correction made;
-    ColorCorrection* object = nullptr;
-    QVN_CreateColorCorrectionMatrix_Int16(matrix.data(), &object);
-    made.kind_ = CcMatrixInt16;
-    made.owned_.reset(object);
-    return made;
+    return of_fixed(CcMatrixInt16, QVN_CreateColorCorrectionMatrix_Int16, matrix);
   }
   /// Kind 4. `white` is the sample that stands for 1.0: 255 for 8 bits, 4095, 65535 >> shift and so on.
   static Correction gamma(float gamma, float white) { return of_floats(CcGamma, {}, gamma, white); }
@@ -114,6 +104,17 @@ class Correction {
     std::copy(matrix.begin(), matrix.end(), made.floats_.matrix);
     made.floats_.gamma = gamma;
     made.floats_.maxValue = white;
+    return made;
+  }
+
+  // The library makes the numbers, and answers QVN_OK or throws.
+  static Correction of_fixed(std::uint32_t kind, std::uint32_t (*create)(const float*, ColorCorrection**),
+                             const Matrix& matrix) {
+    Correction made;
+    ColorCorrection* object = nullptr;
+    create(matrix.data(), &object);
+    made.kind_ = kind;
+    made.owned_.reset(object);
     return made;
   }
 
