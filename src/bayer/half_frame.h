@@ -74,11 +74,7 @@ template <class Put>
   const SignedWords u = chroma.u << 2, v = chroma.v << 2;
   const Rgb<SignedWords> even = PackedChroma::colours(as<SignedWords>(even_bytes(y)), u, v);
   const Rgb<SignedWords> odd = PackedChroma::colours(as<SignedWords>(odd_bytes(y)), u, v);
-  if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
-    Put::pixels(out, narrow_to_pairs({even, odd}));
-  } else {
-    Put::halves(out, narrow_to_bytes(even, odd));
-  }
+  put_clamped<Put>(out, {even, odd});
 }
 
 // A block and its chroma.

@@ -8,6 +8,8 @@
 // pixels and nothing else.
 #pragma once
 
+#include <type_traits>
+
 #include "bayer/cell_walker.h"
 #include "pixel/fetch.h"
 #include "pixel/put.h"
@@ -77,6 +79,43 @@ inline RbgPairs<Odd> windows_2x2(const CellLine& line, size_t x, const RbgForm*)
           (shared_green + even_bytes(b)) >> 1, (shared_green + odd_bytes(b_next)) >> 1};
 }
 
+// And with both where the lines have them; of a fetch with pairs of its own, as words.
+template <class Fetch, int Odd>
+inline auto windows_2x2(const CellLine& line, size_t x, const SiteForm*) {
+  if constexpr (kOwnPairs<Fetch>) {
+    return windows_2x2<Fetch, Odd>(line, x, static_cast<const RgbPairs*>(nullptr));
+  } else {
+    const uint8_t* first = Odd == 0 ? line.red : line.blue;
+    const uint8_t* second = Odd == 0 ? line.blue : line.red;
+    const Bytes a = Fetch::samples(first, x), b = Fetch::samples(second, x);
+    const Words shared_green = odd_bytes(a);
+    return SitePairs<Odd>{a, Fetch::samples(first, x + 1), b, (shared_green + even_bytes(b)) >> 1,
+                          (shared_green + odd_bytes(Fetch::samples(second, x + 1))) >> 1};
+  }
+}
+
+// And as packed BGR has them, of samples that are bytes; of a fetch with pairs of its own, as bytes.
+template <class Fetch, int Odd>
+inline auto windows_2x2(const CellLine& line, size_t x, const BgrPairs*) {
+  if constexpr (kOwnPairs<Fetch>) {
+    return windows_2x2<Fetch, Odd>(line, x, static_cast<const Rgb<Bytes>*>(nullptr));
+  } else {
+    const uint8_t* first = Odd == 0 ? line.red : line.blue;
+    const uint8_t* second = Odd == 0 ? line.blue : line.red;
+    const Bytes a = Fetch::samples(first, x), a_next = Fetch::samples(first, x + 1);
+    const Bytes b = Fetch::samples(second, x), b_next = Fetch::samples(second, x + 1);
+    const auto upper = [](Bytes v) { return as<Words>(v) & 0xFF00; };
+    const Words shared_green = odd_bytes(a);
+    const Words left_green = ((shared_green + even_bytes(b)) << 7) & 0xFF00;
+    const Words right_green = (shared_green + odd_bytes(b_next)) >> 1;
+    if constexpr (Odd == 0) {
+      return BgrPairs{odd_bytes(b) | left_green, even_bytes(a) | upper(b), right_green | upper(a_next)};
+    } else {
+      return BgrPairs{even_bytes(a) | left_green, odd_bytes(b) | upper(a_next), right_green | upper(b)};
+    }
+  }
+}
+
 // Pixels `from` to n - 1, one at a time. An output takes pixel x as numbers, or pixels x, x + 1, ... as
 // lanes.
 template <class Fetch, class Output>
@@ -116,10 +155,28 @@ void row_2x2(const Output& out, const CellLine& line, size_t n) {
   }
 }
 
+// The form of windows that a put takes with the least work.
+template <class Put>
+struct WindowForm {
+  using Type = typename Put::Form;
+};
+template <>
+struct WindowForm<PutBgr> {
+  using Type = std::conditional_t<kQuickByteBlends, PutBgr::Form, BgrPairs>;
+};
+template <>
+struct WindowForm<PutY8> {
+  using Type = std::conditional_t<kBytePermutes, SiteForm, RgbPairs>;
+};
+template <>
+struct WindowForm<PutY8Rounded> : WindowForm<PutY8> {};
+template <>
+struct WindowForm<PutGreyBgr> : WindowForm<PutY8> {};
+
 // An output that writes packed pixels by a put.
 template <class Put>
 struct PackedPixels {
-  using Form = typename Put::Form;
+  using Form = typename WindowForm<Put>::Type;
   static constexpr bool kWholePairs = false;
   static constexpr size_t kPixelBytes = Put::kPixelBytes;
   static constexpr size_t kWrittenBytes = Put::kWrittenBytes;

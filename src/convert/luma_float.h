@@ -30,12 +30,6 @@ inline uint8_t luma_by_doubles(uint8_t r, uint8_t g, uint8_t b) {
   return static_cast<uint8_t>(static_cast<int32_t>(luma_doubles<double>(r, g, b)));
 }
 
-// Of a colour whose exact luma is whole: whether the doubles end below it.
-inline bool is_below_whole(uint8_t r, uint8_t g, uint8_t b) {
-  const int whole = (72 * g + 21 * r + 7 * b) / 100;
-  return luma_doubles<double>(r, g, b) < whole;
-}
-
 inline uint8_t luma_by_singles(uint8_t r, uint8_t g, uint8_t b) {
   return static_cast<uint8_t>(static_cast<int32_t>(luma_singles<float>(r, g, b)));
 }
@@ -94,48 +88,36 @@ inline Bytes luma_by_doubles(const Rgb<Bytes>& p) {
                    fourth_luma_by_doubles<2>(p) | fourth_luma_by_doubles<3>(p));
 }
 
-// A hundred times the exact luma of a vector of packed pixels R G B: words of the lower half of each 16-byte
-// block, and of the upper half. At most 25500.
-struct HundredfoldLuma {
-  SignedWords low, high;
-};
+// Two hundred times the exact luma of a vector of packed pixels R G B, at most 51000, as words in the order
+// that narrow_to_bytes undoes, but for in_order.
+struct TwoHundredfoldLuma {
+  Words first, second;
 
-namespace places {
-// Four pixels of three bytes, from byte `First` of a block on, four bytes apart. The fourth ones are any.
-//
-//     r0 g0 b0 r1 g1 b1 r2 g2 b2 r3 g3 b3 . . . .    ->    r0 g0 b0 . r1 g1 b1 . r2 g2 b2 . r3 g3 b3 .
-template <int First>
-constexpr int four_apart(int i) {
-  return i / 16 * 16 + First + i % 16 / 4 * 3 + (i % 4 == 3 ? 2 : i % 4);
-}
-}  // namespace places
-
-// Of pixels 4 * Quarter to 4 * Quarter + 3 of each 16. The last quarter's bytes end their load, since nothing
-// behind the pixels may be read.
-template <int Quarter>
-inline SignedDoubleWords hundredfold_of_quarters(const uint8_t* packed) {
-  constexpr int kFirst = Quarter == 3 ? 4 : 0;
-  const Bytes spaced = shuffle<places::four_apart<kFirst>>(load_blocks<48>(packed + 12 * Quarter - kFirst));
-  const SignedWords pairs =
-      multiply_add_pairs(spaced, constant<SignedBytes, places::weight_in_four<21, 72, 7>>());
-  return multiply_add_pairs(pairs, SignedWords{} + int16_t{1});
-}
-
-inline HundredfoldLuma hundredfold_luma(const uint8_t* packed) {
-  if constexpr (kBytePermutes) {
-    return {narrow_to_words(hundredfold_of_quarters<0>(packed), hundredfold_of_quarters<1>(packed)),
-            narrow_to_words(hundredfold_of_quarters<2>(packed), hundredfold_of_quarters<3>(packed))};
-  } else {
-    const auto [r, g, b] = load_split3(packed);
-    const auto weighted = [](Bytes red, Bytes green, Bytes blue) {
-      return as<SignedWords>(as<Words>(green) * factor<Words>(72) + as<Words>(red) * factor<Words>(21) +
-                             as<Words>(blue) * factor<Words>(7));
-    };
-    constexpr Bytes kZero{};
-    return {weighted(interleave_low(r, kZero), interleave_low(g, kZero), interleave_low(b, kZero)),
-            weighted(interleave_high(r, kZero), interleave_high(g, kZero), interleave_high(b, kZero))};
+  // With byte permutations kThreesMargin pixels to either side are touched.
+  explicit TwoHundredfoldLuma(const uint8_t* packed) {
+    if constexpr (kBytePermutes) {
+      const auto weights = constant<SignedBytes, places::in_fours<21, 72, 7, 0>>();
+      const auto sums = [=](size_t i) {
+        const Bytes pixels = permute_blocks(load_threes(packed + 3 * kFoursPixels * i),
+                                            constant<Bytes, places::rgbg_of_threes>());
+        return multiply_add_pairs(multiply_add_pairs(pixels, weights), SignedWords{} + int16_t{2});
+      };
+      first = narrow_to_unsigned_words(sums(0), sums(1));
+      second = narrow_to_unsigned_words(sums(2), sums(3));
+    } else {
+      const auto [r, g, b] = load_split3(packed);
+      const auto weighted = [](Bytes red, Bytes green, Bytes blue) {
+        return as<Words>(green) * factor<Words>(144) + as<Words>(red) * factor<Words>(42) +
+               as<Words>(blue) * factor<Words>(14);
+      };
+      constexpr Bytes kZero{};
+      first = weighted(interleave_low(r, kZero), interleave_low(g, kZero), interleave_low(b, kZero));
+      second = weighted(interleave_high(r, kZero), interleave_high(g, kZero), interleave_high(b, kZero));
+    }
   }
-}
+
+  static Bytes in_order(Bytes narrowed) { return kBytePermutes ? in_order_of_fours(narrowed) : narrowed; }
+};
 
 // The doubles can only end below the floor of the exact luma where it is whole. (17 % of the whole ones do,
 // by the roundings of all three products.) Bit i of `whole` is pixel i's.
@@ -143,14 +125,14 @@ struct ExactLuma {
   Bytes floor;
   uint64_t whole;
 
-  explicit ExactLuma(const HundredfoldLuma& hundredfold) {
-    // 5243 / 2^19 is 0.01 and 0.0000003 more: the floor is right up to 43698.
-    const auto hundredth = [](SignedWords v) { return multiply_high(v, SignedWords{} + int16_t{5243}) >> 3; };
-    const SignedWords low = hundredth(hundredfold.low), high = hundredth(hundredfold.high);
-    const SignedWords hundred = factor<SignedWords>(100);
-    const Bytes rest = narrow_to_bytes(hundredfold.low - low * hundred, hundredfold.high - high * hundred);
-    floor = narrow_to_bytes(low, high);
-    whole = top_bits(as<Bytes>(rest == 0));
+  explicit ExactLuma(const TwoHundredfoldLuma& luma) {
+    // 41944 / 2^16 is 0.64 and 0.000015 more: 128 times the luma with less than one more, so that its lower
+    // seven bits are 0 where the luma is whole, and nowhere else.
+    const Words factor = Words{} + uint16_t{41944};
+    const Words first = multiply_high(luma.first, factor), second = multiply_high(luma.second, factor);
+    floor = luma.in_order(narrow_to_bytes(as<SignedWords>(first >> 7), as<SignedWords>(second >> 7)));
+    const Bytes rest = narrow_to_bytes(as<SignedWords>(first & 127), as<SignedWords>(second & 127));
+    whole = top_bits(as<Bytes>(luma.in_order(rest) == 0));
   }
 };
 

@@ -2,7 +2,9 @@
 #include "convert/mono_rgb.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
+#include <cstring>
 
 #include "convert/luma_float.h"
 #include "pixel/put.h"
@@ -102,28 +104,63 @@ void rgb8_to_y8_plain(uint8_t* dst, const uint8_t* src, size_t n) {
   for (size_t x = 0; x < n; ++x) dst[x] = luma_by_doubles(src[3 * x], src[3 * x + 1], src[3 * x + 2]);
 }
 
-// One colour in a hundred has a whole luma, so most pixels of a picture need no doubles. Where the colours of
-// a vector are few, as in grey, it takes them throughout.
+namespace {
+
+// Pixels whose luma waits on the stack.
+constexpr size_t kLumaStrip = 2048;
+
+// Of a vector's pixels, those whose bit is set in `whole`, by the doubles. Where they are many, as in grey,
+// all of them.
+void mend_whole_luma(uint8_t* luma, const uint8_t* src, uint64_t whole) {
+  constexpr int kMany = kLaneBytes / 4;
+  if (std::popcount(whole) >= kMany) {
+    const auto [r, g, b] = load_split3(src);
+    store(luma, luma_by_doubles(Rgb<Bytes>{r, g, b}));
+    return;
+  }
+  for (; whole != 0; whole &= whole - 1) {
+    const int i = std::countr_zero(whole);
+    rgb8_to_y8_plain(luma + i, src + 3 * i, 1);
+  }
+}
+
+// n pixels, whole vectors. One colour in a hundred has a whole luma, so one vector in four has such a pixel:
+// too many to leave the loop for each, which nothing foresees. They are noted, and mended afterwards.
+void exact_luma_strip(uint8_t* luma, const uint8_t* src, size_t n) {
+  struct Note {
+    size_t x;
+    uint64_t whole;
+  };
+  std::array<Note, kLumaStrip / kLaneBytes> notes;
+  size_t noted = 0;
+  for (size_t x = 0; x < n; x += kLaneBytes) {
+    const ExactLuma exact{TwoHundredfoldLuma(src + 3 * x)};
+    store(luma + x, exact.floor);
+    notes[noted] = {x, exact.whole};
+    noted += exact.whole != 0 ? 1 : 0;
+  }
+  for (size_t i = 0; i < noted; ++i) {
+    const auto [x, whole] = notes[i];
+    mend_whole_luma(luma + x, src + 3 * x, whole);
+  }
+}
+
+}  // namespace
+
+// By strips, so that in place all of a strip's source is read before a byte of it is written.
 void rgb8_to_y8(uint8_t* dst, const uint8_t* src, size_t n) {
-  constexpr int kManyWhole = kLaneBytes / 4;
-  const size_t done = run_vectors<kLaneBytes>(n, [=](size_t x) {
-    const uint8_t* from = src + 3 * x;
-    const ExactLuma luma(hundredfold_luma(from));
-    if (std::popcount(luma.whole) >= kManyWhole) [[unlikely]] {
-      const auto [r, g, b] = load_split3(from);
-      store(dst + x, luma_by_doubles(Rgb<Bytes>{r, g, b}));
-      return;
+  size_t x = std::min<size_t>(n, kLaneBytes);
+  rgb8_to_y8_plain(dst, src, x);
+  if constexpr (kVectorRows) {
+    std::array<uint8_t, kLumaStrip> strip;
+    while (x + kLaneBytes + kThreesMargin <= n) {
+      const size_t step = std::min(kLumaStrip, (n - kThreesMargin - x) / kLaneBytes * kLaneBytes);
+      exact_luma_strip(strip.data(), src + 3 * x, step);
+      std::memcpy(dst + x, strip.data(), step);
+      x += step;
     }
-    // All of the source is read before a byte of it may be written.
-    uint64_t below = 0;
-    for (uint64_t rest = luma.whole; rest != 0; rest &= rest - 1) {
-      const int i = std::countr_zero(rest);
-      below |= uint64_t{is_below_whole(from[3 * i], from[3 * i + 1], from[3 * i + 2])} << i;
-    }
-    store(dst + x, luma.floor);
-    for (; below != 0; below &= below - 1) --dst[x + static_cast<size_t>(std::countr_zero(below))];
-  });
-  rgb8_to_y8_plain(dst + done, src + 3 * done, n - done);
+  }
+  rgb8_to_y8_plain(dst + x, src + 3 * x, n - x);
 }
 
 void y8_to_bgr_plain(uint8_t* dst, const uint8_t* src, size_t n) {

@@ -24,6 +24,7 @@ struct ColourPlanes {
     store(g + x, p.g);
     store(b + x, p.b);
   }
+  void pixels(size_t x, const RgbWordPairs& p, Bytes luma) const { pixels(x, narrow_to_bytes(p), luma); }
 };
 
 struct ColourAndLumaPlanes {
@@ -38,6 +39,7 @@ struct ColourAndLumaPlanes {
     colours.pixels(x, p, luma);
     store(y + x, luma);
   }
+  void pixels(size_t x, const RgbWordPairs& p, Bytes luma) const { pixels(x, narrow_to_bytes(p), luma); }
 };
 
 bool all_disjoint(std::initializer_list<Block> blocks) {

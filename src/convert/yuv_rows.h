@@ -7,10 +7,13 @@
 //
 // A layout knows its group, one group at a time, and a vector's worth of them. An arithmetic is PackedChroma
 // or PlaneChroma, or in plain rows any other with a `pixel`. An output takes pixel x as numbers, or pixels x,
-// x + 1, ... as lanes.
+// x + 1, ... as lanes: bytes, or words that are still to be clamped.
 #pragma once
 
+#include <type_traits>
+
 #include "convert/chroma.h"
+#include "pixel/clamped_pairs.h"
 #include "pixel/put.h"
 #include "pixel/split3.h"
 
@@ -20,12 +23,6 @@ namespace qvn {
 inline Rgb<Bytes> narrow_to_bytes(const Rgb<SignedWords>& first, const Rgb<SignedWords>& second) {
   return {narrow_to_bytes(first.r, second.r), narrow_to_bytes(first.g, second.g),
           narrow_to_bytes(first.b, second.b)};
-}
-
-// One vector to words up to 255.
-inline Rgb<Words> clamp_to_bytes(const Rgb<SignedWords>& p) {
-  const auto clamped = [](SignedWords v) { return as<Words>(clamp_words(v, 0, 255)); };
-  return {clamped(p.r), clamped(p.g), clamped(p.b)};
 }
 
 // U Y V
@@ -48,6 +45,11 @@ struct Yuv444 {
   }
 };
 
+namespace places {
+// The channels of four groups of four bytes, one behind the other.
+constexpr int channels_of_fours(int i) { return i / 16 * 16 + i % 4 * 4 + i % 16 / 4; }
+}  // namespace places
+
 // U Y0 V Y1
 struct Yuv422 {
   static constexpr size_t kGroupPixels = 2, kGroupBytes = 4, kVectorPixels = kLaneBytes;
@@ -65,13 +67,47 @@ struct Yuv422 {
     const Bytes lower = load<Bytes>(from), upper = load<Bytes>(from + kLaneBytes);
     const Bytes first = shuffle<places::every_other_block<0>>(lower, upper);
     const Bytes second = shuffle<places::every_other_block<1>>(lower, upper);
-    const SignedWords y0 = luma_odd(first), y1 = luma_odd(second);
-    out.pixels(x,
-               narrow_to_bytes(Arithmetic::colours_of_pairs(y0, chroma_even(first)),
-                               Arithmetic::colours_of_pairs(y1, chroma_even(second))),
-               narrow_to_bytes(y0, y1));
+    if constexpr (requires { requires Output::kPrefersPairs; }) {
+      const auto [u_y0, v_y1] = channels(first, second);
+      const SignedWords u = chroma_low(u_y0), v = chroma_low(v_y1);
+      out.pixels(x,
+                 RgbWordPairs{Arithmetic::colours(luma_high(u_y0), u, v),
+                              Arithmetic::colours(luma_high(v_y1), u, v)},
+                 interleave_high(u_y0, v_y1));
+    } else {
+      const SignedWords y0 = luma_odd(first), y1 = luma_odd(second);
+      out.pixels(x,
+                 narrow_to_bytes(Arithmetic::colours_of_pairs(y0, chroma_even(first)),
+                                 Arithmetic::colours_of_pairs(y1, chroma_even(second))),
+                 narrow_to_bytes(y0, y1));
+    }
+  }
+
+ private:
+  struct Channels {
+    Bytes u_y0, v_y1;
+  };
+
+  // Eight groups in each 16-byte block:
+  //
+  //     U Y0 V Y1 U Y0 ..          U U U U Y0 Y0 Y0 Y0 V V ..           U U .. Y0 Y0 ..
+  //     U Y0 V Y1 U Y0 ..    ->    U U U U Y0 Y0 Y0 Y0 V V ..    ->     V V .. Y1 Y1 ..
+  static Channels channels(Bytes first, Bytes second) {
+    if constexpr (kBytePermutes) {
+      const auto a = as<DoubleWords>(shuffle<places::channels_of_fours>(first));
+      const auto b = as<DoubleWords>(shuffle<places::channels_of_fours>(second));
+      return {as<Bytes>(interleave_low(a, b)), as<Bytes>(interleave_high(a, b))};
+    } else {
+      const Bytes a = interleave_low(first, second), b = interleave_high(first, second);
+      const Bytes c = interleave_low(a, b), d = interleave_high(a, b);
+      return {interleave_low(c, d), interleave_high(c, d)};
+    }
   }
 };
+
+namespace places {
+constexpr int quads_by_halves(int i) { return i / 2 + i % 2 * (kLaneBytes / 16); }
+}  // namespace places
 
 // U Y0 Y1 V Y2 Y3, which is threes of one chroma and two lumas, with U and V in turn
 struct Yuv411 {
@@ -85,51 +121,42 @@ struct Yuv411 {
     for (size_t i = 0; i < 4; ++i) out.pixel(x + i, Arithmetic::pixel(lumas[i], u, v), lumas[i]);
   }
 
-  // A lane is a group: the words of U and V serve the four words of luma. Everything stays within its 16-byte
-  // block: pixels 0 .. 15 of each 32 in one vector, 16 .. 31 in another.
+  // A lane is a group: its words of U and V serve four pixels.
+  //
+  //     U V U V ..                 u u u u ..             u u u u u u ..
+  //     Y0 Y2 Y0 Y2 ..      ->     v v v v ..      ->     v v v v v v ..      for each half of
+  //     Y1 Y3 Y1 Y3 ..                                    Y0 Y2 Y0 Y2 ..      a 16-byte block
+  //                                                       Y1 Y3 Y1 Y3 ..
   template <class Arithmetic, class Output>
   static void vector(const Output& out, size_t x, const uint8_t* from) {
     const auto [uv, y02, y13] = load_split3(from);
-    const SignedWords u = chroma_even(uv), v = chroma_odd(uv);
-    const auto colours = [&](SignedWords first, SignedWords second) {
-      return narrow_to_bytes(Arithmetic::colours(first, u, v), Arithmetic::colours(second, u, v));
-    };
-    const Rgb<Bytes> p01 = colours(luma_even(y02), luma_even(y13));
-    const Rgb<Bytes> p23 = colours(luma_odd(y02), luma_odd(y13));
-    if constexpr (requires { Output::grey(p01); }) {  // one channel to put in order in place of three
-      const Riffled grey(Output::grey(p01), Output::grey(p23));
-      out.greys(x, grey.template in_order<0>());
-      out.greys(x + kLaneBytes, grey.template in_order<1>());
+    const Bytes chroma = by_halves(uv), even = by_halves(y02), odd = by_halves(y13);
+    const Rgb<SignedWords> add = Arithmetic::colours(SignedWords{}, chroma_even(chroma), chroma_odd(chroma));
+    if constexpr (requires {
+                    Output::grey(RgbWordPairs{});
+                  }) {  // one channel to put in order in place of three
+      const Words p01 = as<Words>(Output::grey(pixels(luma_even(even), luma_even(odd), add)));
+      const Words p23 = as<Words>(Output::grey(pixels(luma_odd(even), luma_odd(odd), add)));
+      out.greys(x, as<Bytes>(interleave_low(p01, p23)));
+      out.greys(x + kLaneBytes, as<Bytes>(interleave_high(p01, p23)));
       return;
     }
-    const Riffled r(p01.r, p23.r), g(p01.g, p23.g), b(p01.b, p23.b);
-    const Bytes y_low = interleave_low(y02, y13), y_high = interleave_high(y02, y13);
-    out.pixels(x, {r.in_order<0>(), g.in_order<0>(), b.in_order<0>()}, in_order<0>(y_low, y_high));
-    out.pixels(x + kLaneBytes, {r.in_order<1>(), g.in_order<1>(), b.in_order<1>()},
-               in_order<1>(y_low, y_high));
+    const auto low = [](SignedWords v) { return interleave_low(v, v); };
+    const auto high = [](SignedWords v) { return interleave_high(v, v); };
+    out.pixels(x, pixels(luma_low(even), luma_low(odd), {low(add.r), low(add.g), low(add.b)}),
+               interleave_low(even, odd));
+    out.pixels(x + kLaneBytes,
+               pixels(luma_high(even), luma_high(odd), {high(add.r), high(add.g), high(add.b)}),
+               interleave_high(even, odd));
   }
 
  private:
-  // Of each block's groups, first pixels then second ones, and third ones then fourth ones:
-  //
-  //     0 0 0 .. 1 1 1 ..          0 2 0 2 ..          0 1 2 3 0 1 2 3 ..
-  //     2 2 2 .. 3 3 3 ..    ->    1 3 1 3 ..    ->    0 1 2 3 0 1 2 3 ..
-  struct Riffled {
-    Bytes low, high;
-    Riffled(Bytes p01, Bytes p23) {
-      const Bytes p02 = interleave_low(p01, p23), p13 = interleave_high(p01, p23);
-      low = interleave_low(p02, p13);
-      high = interleave_high(p02, p13);
-    }
-    template <int Upper>
-    Bytes in_order() const {
-      return Yuv411::in_order<Upper>(low, high);
-    }
-  };
+  // The groups of the first half of the pixels in the lower halves of the blocks, of the second half in the
+  // upper ones.
+  static Bytes by_halves(Bytes v) { return as<Bytes>(shuffle<places::quads_by_halves>(as<QuadWords>(v))); }
 
-  template <int Upper>
-  static Bytes in_order(Bytes first, Bytes second) {
-    return shuffle<places::alternate_blocks<Upper>>(first, second);
+  static RgbWordPairs pixels(SignedWords even, SignedWords odd, const Rgb<SignedWords>& add) {
+    return {{even + add.r, even + add.g, even + add.b}, {odd + add.r, odd + add.g, odd + add.b}};
   }
 };
 
@@ -144,7 +171,7 @@ void yuv_row_plain(const Output& out, const uint8_t* src, size_t from, size_t n)
 // A vector at a time; the last one overlaps the one before it, so that no group is left over, unless the one
 // before may have rewritten its source.
 template <class Layout, class Arithmetic, class Output>
-[[gnu::flatten]] void yuv_row(const Output& out, const uint8_t* src, size_t n) {
+[[gnu::flatten]] void yuv_row(Output out, const uint8_t* src, size_t n) {
   constexpr size_t kStep = Layout::kVectorPixels / Layout::kGroupPixels;
   const auto vector = [&](size_t group) {
     Layout::template vector<Arithmetic>(out, group * Layout::kGroupPixels, src + group * Layout::kGroupBytes);
@@ -161,15 +188,20 @@ template <class Layout, class Arithmetic, class Output>
   yuv_row_plain<Layout, Arithmetic>(out, src, done, n);
 }
 
-// An output that writes packed pixels by a put.
+// An output that writes packed pixels by a put. Bytes of BGRA are wanted in order, which a pair's words are
+// not.
 template <class Put>
 struct PackedOutput {
+  static constexpr bool kPrefersPairs = !std::is_same_v<Put, PutBgra>;
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p, uint8_t) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
   void pixels(size_t x, Rgb<Bytes> p, Bytes) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
+  void pixels(size_t x, const RgbWordPairs& p, Bytes) const {
+    put_clamped<Put>(dst + x * Put::kPixelBytes, p);
+  }
 
-  static Bytes grey(const Rgb<Bytes>& p) requires requires { Put::grey(p); }
-  { return Put::grey(p); }
+  static Bytes grey(const RgbWordPairs& p) requires requires { Put::grey(narrow_to_pairs(p)); }
+  { return Put::grey(narrow_to_pairs(p)); }
   void greys(size_t x, Bytes grey) const { store(dst + x, grey); }
 };
 

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstring>
-#include <type_traits>
 
 #include "cygm/window.h"
 #include "pixel/put.h"
@@ -25,18 +24,7 @@ class PackedRow {
   PackedRow(uint8_t* dst, uint32_t) : dst_(dst) {}
   bool takes_vectors() const { return true; }
   void pixel(size_t x, Rgb<uint32_t> p) const { Put::pixel(at(x), p); }
-  void pixels(size_t x, const RgbWordPairs& p) const {
-    if constexpr (std::is_same_v<Put, PutBgr>) {
-      store_clamped_bgr(at(x), p);
-    } else if constexpr (std::is_same_v<Put, PutBgra>) {
-      Put::pixels(at(x), narrow_to_bytes(p));
-    } else if constexpr (std::is_same_v<Put, PutY8>) {
-      store(at(x), luma_77_150_29(narrow_to_pairs(p)));
-    } else {
-      static_assert(std::is_same_v<Put, PutY8Rounded>);
-      store(at(x), luma_54_184_18(narrow_to_pairs(p)));
-    }
-  }
+  void pixels(size_t x, const RgbWordPairs& p) const { put_clamped<Put>(at(x), p); }
   void copy_pixel(ptrdiff_t to, ptrdiff_t from) const {
     constexpr auto kBytes = static_cast<ptrdiff_t>(Put::kPixelBytes);
     std::memcpy(dst_ + to * kBytes, dst_ + from * kBytes, Put::kPixelBytes);

@@ -2,7 +2,10 @@
 // stopped at 0 and 255: narrowing does that, and brings two words' bytes together on the way.
 #pragma once
 
+#include <type_traits>
+
 #include "pixel/merge3_words.h"
+#include "pixel/put.h"
 #include "pixel/yuv.h"
 
 namespace qvn {
@@ -71,8 +74,21 @@ inline void store_clamped_bgr(uint8_t* to, const RgbWordPairs& p) {
     const Bytes gr = shuffle<places::spread3_split_words<2>>(narrow_to_bytes(p.odd.g, p.odd.r));
     store_blocks3(to, block3_words<0>(bg, rb, gr), block3_words<1>(bg, rb, gr), block3_words<2>(bg, rb, gr));
   } else {
-    const Rgb<Bytes> halves = narrow_to_halves(p);
-    store_merge3_halves(to, halves.b, halves.g, halves.r);
+    store_merge3(to, as<Words>(riffle_halves(narrow_to_bytes(p.even.b, p.even.g))),
+                 as<Words>(riffle_halves(narrow_to_bytes(p.even.r, p.odd.b))),
+                 as<Words>(riffle_halves(narrow_to_bytes(p.odd.g, p.odd.r))));
+  }
+}
+
+// Of a vector of such pixels, what a put writes.
+template <class Put>
+[[gnu::always_inline]] inline void put_clamped(uint8_t* to, const RgbWordPairs& p) {
+  if constexpr (std::is_same_v<Put, PutBgr>) {
+    store_clamped_bgr(to, p);
+  } else if constexpr (std::is_same_v<typename Put::Form, RgbPairs>) {
+    Put::pixels(to, narrow_to_pairs(p));
+  } else {
+    Put::pixels(to, narrow_to_bytes(p));
   }
 }
 

@@ -46,6 +46,9 @@ inline constexpr bool kByteBlends = true;
 inline constexpr bool kByteBlends = false;
 #endif
 
+// Whether it is one operation, too. In vectors of 32 bytes it may take three.
+inline constexpr bool kQuickByteBlends = kByteBlends && kLaneBytes != 32;
+
 template <class T, int Bytes>
 struct VectorOf {
   typedef T type __attribute__((vector_size(Bytes)));

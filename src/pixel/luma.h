@@ -3,6 +3,7 @@
 // lanes.
 #pragma once
 
+#include "pixel/fours.h"
 #include "pixel/products.h"
 #include "pixel/rgb.h"
 
@@ -49,44 +50,59 @@ inline Bytes weighted_luma(const Rgb<Bytes>& p) {
                          weighted(interleave_high(p.r, p.b), interleave_high(p.g, Bytes{})));
 }
 
-namespace places {
-// Double word k of 16-byte block j, which two narrowings put there, is number k * blocks + j.
-constexpr int collect_from_blocks(int i) {
-  constexpr int kBlocks = kLaneBytes / 16;
-  return i % kBlocks * 4 + i / kBlocks;
+// And of red and blue where a mosaic has them: what lies beside them weighs nothing, so that no byte has to
+// be moved.
+template <int Odd, int Red, int Green, int Blue, uint16_t Rounding>
+inline Bytes weighted_luma(const SitePairs<Odd>& p) {
+  constexpr int kOwn = Odd == 0 ? Red : Blue, kShared = Odd == 0 ? Blue : Red;
+  const auto lower = as<SignedBytes>(factor<Words>(kOwn)), upper = as<SignedBytes>(factor<Words>(kOwn << 8));
+  const Words green = factor<Words>(Green);
+  const auto shared = as<Words>(multiply_add_pairs(p.shared, as<SignedBytes>(factor<Words>(kShared << 8))) +
+                                int16_t{Rounding});
+  return join_top_bytes(as<Words>(multiply_add_pairs(p.even, lower)) + shared + p.even_green * green,
+                        as<Words>(multiply_add_pairs(p.odd, upper)) + shared + p.odd_green * green);
 }
-// Of channels R G B and a fourth byte that weighs nothing.
-template <int Red, int Green, int Blue>
-constexpr int weight_in_four(int i) {
-  return i % 4 == 0 ? Red : i % 4 == 1 ? Green : i % 4 == 2 ? Blue : 0;
+
+template <int Odd>
+inline Bytes luma_77_150_29(const SitePairs<Odd>& p) {
+  return weighted_luma<Odd, 77, 150, 29, 0>(p);
+}
+
+template <int Odd>
+inline Bytes luma_54_184_18(const SitePairs<Odd>& p) {
+  return weighted_luma<Odd, 54, 184, 18, 128>(p);
+}
+
+namespace places {
+// Four weights in turn.
+template <int First, int Second, int Third, int Fourth>
+constexpr int in_fours(int i) {
+  return i % 4 == 0 ? First : i % 4 == 1 ? Second : i % 4 == 2 ? Third : Fourth;
 }
 }  // namespace places
 
-// And of a vector of pixels R G B A where they lie. Less 128, a channel is a signed byte, and the sum of red
-// and green fits a signed word; the whole sum is 128 * 256 less, and fits one, too.
-template <int Red, int Green, int Blue, uint16_t Rounding>
-inline Bytes weighted_luma_of_fours(const uint8_t* from) {
-  static_assert(Red + Green + Blue == 256 && (Red + Green) * 128 <= 32768);
-  const Bytes weights = constant<Bytes, places::weight_in_four<Red, Green, Blue>>();
-  const auto sums = [=](int i) {
-    const Bytes channels = load<Bytes>(from + i * kLaneBytes) ^ 0x80;
-    const SignedWords pairs = multiply_add_pairs(weights, as<SignedBytes>(channels));
-    return multiply_add_pairs(pairs, SignedWords{} + int16_t{1});
+// And of packed pixels R G B, or R G B A, where they lie: `channels(i)` has the pixels of fours.h's vector i
+// as R G B G. Green's weight is parted so that each pair of channels weighs 128, and its sum fits a signed
+// word.
+template <int Red, int Blue, uint16_t Rounding, class Channels>
+inline Bytes weighted_luma_of_fours(const Channels& channels) {
+  const auto weights = constant<SignedBytes, places::in_fours<Red, 128 - Red, Blue, 128 - Blue>>();
+  const auto sums = [&](size_t i) {
+    return multiply_add_pairs(multiply_add_pairs(channels(i), weights), SignedWords{} + int16_t{1});
   };
-  const auto luma = [](SignedWords sum) {
-    return as<SignedWords>((as<Words>(sum) + uint16_t{0x8000 + Rounding}) >> 8);
-  };
-  const Bytes dealt =
-      narrow_to_bytes(luma(narrow_to_words(sums(0), sums(1))), luma(narrow_to_words(sums(2), sums(3))));
-  return as<Bytes>(shuffle<places::collect_from_blocks>(as<DoubleWords>(dealt)));
+  const auto luma = [](Words sum) { return as<SignedWords>((sum + Rounding) >> 8); };
+  return in_order_of_fours(narrow_to_bytes(luma(narrow_to_unsigned_words(sums(0), sums(1))),
+                                           luma(narrow_to_unsigned_words(sums(2), sums(3)))));
 }
 
-inline Bytes luma_77_150_29_of_fours(const uint8_t* from) {
-  return weighted_luma_of_fours<77, 150, 29, 0>(from);
+template <class Channels>
+inline Bytes luma_77_150_29_of_fours(const Channels& channels) {
+  return weighted_luma_of_fours<77, 29, 0>(channels);
 }
 
-inline Bytes luma_54_184_18_of_fours(const uint8_t* from) {
-  return weighted_luma_of_fours<54, 184, 18, 128>(from);
+template <class Channels>
+inline Bytes luma_54_184_18_of_fours(const Channels& channels) {
+  return weighted_luma_of_fours<54, 18, 128>(channels);
 }
 
 inline Bytes luma_77_150_29(const Rgb<Bytes>& p) {

@@ -39,22 +39,6 @@ inline void store_merge3_permuted(uint8_t* to, Words a, Words b, Words c) {
                 block3_words<1>(spread_a, spread_b, spread_c), block3_words<2>(spread_a, spread_b, spread_c));
 }
 
-// Without permutations: pixels a b c 0 of eight bytes, six of which are left when the next pixel is stored
-// over the two behind them.
-inline void store_merge3_interleaved(uint8_t* to, Words a, Words b, Words c) {
-  static_assert(kBytePermutes || !kVectorRows || kLaneBytes == 16);
-  const Words zero{};
-  const DoubleWords ab_low = as<DoubleWords>(interleave_low(a, b)),
-                    ab_high = as<DoubleWords>(interleave_high(a, b));
-  const DoubleWords c_low = as<DoubleWords>(interleave_low(c, zero)),
-                    c_high = as<DoubleWords>(interleave_high(c, zero));
-  const QuadWords first = as<QuadWords>(interleave_low(ab_low, c_low));
-  const QuadWords second = as<QuadWords>(interleave_high(ab_low, c_low));
-  const QuadWords third = as<QuadWords>(interleave_low(ab_high, c_high));
-  const QuadWords fourth = as<QuadWords>(interleave_high(ab_high, c_high));
-  store_six_bytes_of_each(to, first, second, third, fourth);
-}
-
 // 3 * kLaneBytes bytes to `to`: words a[0] b[0] c[0] a[1] b[1] c[1] ...
 inline void store_merge3(uint8_t* to, Words a, Words b, Words c) {
   if constexpr (kBytePermutes) {

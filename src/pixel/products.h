@@ -99,6 +99,20 @@ inline SignedWords multiply_high(SignedWords a, SignedWords b) {
 #endif
 }
 
+inline Words multiply_high(Words a, Words b) {
+#if defined(__AVX512BW__)
+  return as<Words>(_mm512_mulhi_epu16(as<__m512i>(a), as<__m512i>(b)));
+#elif defined(__AVX2__)
+  return as<Words>(_mm256_mulhi_epu16(as<__m256i>(a), as<__m256i>(b)));
+#elif defined(__SSE2__)
+  return as<Words>(_mm_mulhi_epu16(as<__m128i>(a), as<__m128i>(b)));
+#else
+  Words high{};
+  for (int i = 0; i < kLaneCount<Words>; ++i) high[i] = static_cast<uint16_t>((uint32_t{a[i]} * b[i]) >> 16);
+  return high;
+#endif
+}
+
 // a * b / 2^15 of each lane, rounded to nearest, halves upward. Not of the two smallest words.
 inline SignedWords multiply_round(SignedWords a, SignedWords b) {
 #if defined(__AVX512BW__)

@@ -21,12 +21,27 @@ inline RgbPairs pairs_of_bytes(const Rgb<Bytes>& p) {
           {odd_bytes(p.r), odd_bytes(p.g), odd_bytes(p.b)}};
 }
 
-// The same with red and blue as the two bytes of a word, for sums that take them at once. Red is the lower
-// byte of the even pixels and the upper one of the odd pixels (Odd 0), or the other way about (Odd 1).
+// Pixels two by two as packed BGR has them: three words, whose lower byte is the first one.
+struct BgrPairs {
+  Words b0_g0, r0_b1, g1_r1;
+};
+
+// Words again, with red and blue as the two bytes of a word, for sums that take them at once. Red is the
+// lower byte of the even pixels and the upper one of the odd pixels (Odd 0), or the other way about (Odd 1).
 struct RbgForm {};  // names the form, whose type depends on the row's phase
 template <int Odd>
 struct RbgPairs {
   Bytes even, odd;
+  Words even_green, odd_green;
+};
+
+// And with red and blue where a mosaic has them, for sums that take each byte by its own factor: one of the
+// two is the lower byte of `even` and the upper one of `odd`, red (Odd 0) or blue (Odd 1); the other one is
+// the upper byte of `shared`, for the even and the odd pixel.
+struct SiteForm {};
+template <int Odd>
+struct SitePairs {
+  Bytes even, odd, shared;
   Words even_green, odd_green;
 };
 

@@ -2,6 +2,7 @@
 // to the plain ones, so that they work in place.
 #include "transform/runs.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "convert/mono_rgb.h"
@@ -88,19 +89,32 @@ bool rgba8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
 
 // Runs from packed pixels by permutations of what a block holds. Without those, by way of channels.
 
+// The loads of three bytes a pixel touch kThreesMargin pixels to either side.
+template <class Put>
+bool rgb8_to_grey_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  size_t x = std::min<size_t>(n, kLaneBytes);
+  colour_run<Rgb8, Put>(dst, src, x);
+  for (; x + kLaneBytes + kThreesMargin <= n; x += kLaneBytes) {
+    store(dst + x, Put::grey_of_fours(
+                       [=](size_t i) { return load_threes_as_rgbg(src + 3 * (x + i * kFoursPixels)); }));
+  }
+  return colour_run<Rgb8, Put>(dst + x, src + 3 * x, n - x);
+}
+
 template <class Put>
 bool rgba8_to_grey_run(uint8_t* dst, const uint8_t* src, size_t n) {
   size_t x = 0;
-  for (; x + kLaneBytes <= n; x += kLaneBytes) store(dst + x, Put::grey_of_fours(src + 4 * x));
+  for (; x + kLaneBytes <= n; x += kLaneBytes) {
+    store(dst + x,
+          Put::grey_of_fours([=](size_t i) { return load_fours_as_rgbg(src + 4 * (x + i * kFoursPixels)); }));
+  }
   return colour_run<Rgba8, Put>(dst + x, src + 4 * x, n - x);
 }
 
 namespace places {
-// Four pixels of four bytes from the first twelve of a block, and back, with their ends exchanged:
+// Pixels of three bytes, with their ends exchanged, from pixels of four:
 //
-//     R0 G0 B0 R1 G1 B1 ...   ->   B0 G0 R0 0 B1 G1 R1 0 ...
 //     R0 G0 B0 A0 R1 G1 ...   ->   B0 G0 R0 B1 G1 R1 ... 0 0 0 0
-constexpr int fours_of_threes(int i) { return i % 4 == 3 ? 128 : i % 16 / 4 * 3 + 2 - i % 4; }
 constexpr int threes_of_fours(int i) { return i % 16 >= 12 ? 128 : i % 16 / 3 * 4 + 2 - i % 16 % 3; }
 
 // The first three double words of each block, then any.
@@ -110,14 +124,11 @@ constexpr int threes_of_double_words(int i) {
 }
 }  // namespace places
 
-// Four bytes behind the pixels are read, which two more pixels have.
 bool rgb8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
-  constexpr size_t kStep = kLaneBytes / 4;
-  size_t x = 0;
-  for (; x + kStep + 2 <= n; x += kStep) {
-    const Bytes pixels =
-        permute_blocks(load_blocks<12>(src + 3 * x), constant<Bytes, places::fours_of_threes>());
-    store_over_three(dst + 4 * x, as<DoubleWords>(pixels));
+  size_t x = std::min(n, kFoursPixels);
+  colour_run<Rgb8, PutBgra>(dst, src, x);
+  for (; x + kFoursPixels + kThreesMargin <= n; x += kFoursPixels) {
+    store_over_three(dst + 4 * x, as<DoubleWords>(load_threes_as_bgr0(src + 3 * x)));
   }
   return colour_run<Rgb8, PutBgra>(dst + 4 * x, src + 3 * x, n - x);
 }
@@ -137,6 +148,8 @@ bool rgba8_to_bgr_run(uint8_t* dst, const uint8_t* src, size_t n) {
 constexpr bool kByPermutes = kVectorRows && kBytePermutes;
 constexpr PixelRun kRgb8ToBgra = kByPermutes ? rgb8_to_bgra_run : colour_run<Rgb8, PutBgra>;
 constexpr PixelRun kRgba8ToBgr = kByPermutes ? rgba8_to_bgr_run : colour_run<Rgba8, PutBgr>;
+template <class Put>
+constexpr PixelRun kRgb8ToGrey = kByPermutes ? rgb8_to_grey_run<Put> : colour_run<Rgb8, Put>;
 template <class Put>
 constexpr PixelRun kRgba8ToGrey = kByPermutes ? rgba8_to_grey_run<Put> : colour_run<Rgba8, Put>;
 
@@ -165,8 +178,8 @@ struct Y16LayoutRuns {
 
 }  // namespace
 
-constexpr ByTarget<PixelRun> kRgb8Runs = {colour_run<Rgb8, PutY8>, large_run<row_run<rgb8_to_bgr>, 3, 6>,
-                                          kRgb8ToBgra, colour_run<Rgb8, PutY8Rounded>};
+constexpr ByTarget<PixelRun> kRgb8Runs = {kRgb8ToGrey<PutY8>, large_run<row_run<rgb8_to_bgr>, 3, 6>,
+                                          kRgb8ToBgra, kRgb8ToGrey<PutY8Rounded>};
 constexpr ByTarget<PixelRun> kRgba8Runs = {kRgba8ToGrey<PutY8>, kRgba8ToBgr, rgba8_to_bgra_run,
                                            kRgba8ToGrey<PutY8Rounded>};
 constexpr ByTarget<PixelRun> kYuv444Runs = yuv_runs<Yuv444>();

@@ -35,9 +35,12 @@ void compare_rows() {
 
 TEST(Row2x2, Raw8ToBgr) { compare_rows<FetchRaw8, PutBgr>(); }
 TEST(Row2x2, Raw8ToY8) { compare_rows<FetchRaw8, PutY8>(); }
+TEST(Row2x2, Raw8ToY8Rounded) { compare_rows<FetchRaw8, PutY8Rounded>(); }
 TEST(Row2x2, Raw8ToGreyBgr) { compare_rows<FetchRaw8, PutGreyBgr>(); }
 TEST(Row2x2, Raw8ToYuv444) { compare_rows<FetchRaw8, PutYuv444>(); }
 TEST(Row2x2, Raw16ToBgr) { compare_rows<FetchRaw16TopByte, PutBgr>(); }
+TEST(Row2x2, Raw12ToBgr) { compare_rows<FetchRaw12TopByte, PutBgr>(); }
+TEST(Row2x2, Raw12ToY8) { compare_rows<FetchRaw12TopByte, PutY8>(); }
 
 // R G1 over G2 B with samples that name their places.
 TEST(Row2x2, WindowTakesItsFourSamples) {

@@ -109,9 +109,9 @@ INSTANTIATE_TEST_SUITE_P(All, ConvertRow, testing::ValuesIn(kRows),
                          [](const auto& info) { return std::string(info.param.name); });
 
 /// Every colour in rows that share their red and green, few of which have a whole luma; and rows of grey,
-/// where every pixel has one.
+/// where every pixel has one. Rows are longer than 256 pixels, since their ends are not made in vectors.
 TEST(Rgb8ToY8, EveryColour) {
-  constexpr size_t kPixels = 256;
+  constexpr size_t kPixels = 384;
   std::vector<uint8_t> src(3 * kPixels), expected(kPixels), actual(kPixels);
   for (size_t line = 0; line < 0x10000; ++line) {
     for (size_t x = 0; x < kPixels; ++x) {
@@ -127,6 +127,24 @@ TEST(Rgb8ToY8, EveryColour) {
   rgb8_to_y8_plain(expected.data(), src.data(), kPixels);
   rgb8_to_y8(actual.data(), src.data(), kPixels);
   EXPECT_EQ(expected, actual);
+}
+
+/// Rows of several strips, with stretches of grey among noise, apart and in place.
+TEST(Rgb8ToY8, LongRows) {
+  support::Random random(4);
+  for (const size_t n : {2047, 2082, 2113, 4160, 7001}) {
+    std::vector<uint8_t> src(3 * n), expected(n), actual(n);
+    random.fill(src.data(), src.size());
+    for (size_t i = 0; i < src.size(); ++i) {
+      if (i / 300 % 3 == 0) src[i] = static_cast<uint8_t>(i / 3);
+    }
+    rgb8_to_y8_plain(expected.data(), src.data(), n);
+    rgb8_to_y8(actual.data(), src.data(), n);
+    ASSERT_EQ(actual, expected) << n;
+    rgb8_to_y8(src.data(), src.data(), n);
+    src.resize(n);
+    ASSERT_EQ(src, expected) << n;
+  }
 }
 
 /// Every sample, for every number of bits that a shift count tells apart.

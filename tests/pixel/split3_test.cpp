@@ -112,6 +112,13 @@ TEST(Products, NarrowingUndoesInterleaving) {
             bytes_of(as<Bytes>(low)));
 }
 
+TEST(Products, UpperHalvesOfUnsignedProducts) {
+  const std::vector<uint8_t> from = random_bytes(2 * kLaneBytes);
+  const Words a = load<Words>(from.data()), b = load<Words>(from.data() + kLaneBytes);
+  const Words high = multiply_high(a, b);
+  for (int i = 0; i < kLaneCount<Words>; ++i) ASSERT_EQ(high[i], (uint32_t{a[i]} * b[i]) >> 16) << i;
+}
+
 TEST(Products, NarrowingStopsAtTheEnds) {
   for (int value = -32768; value < 32768; ++value) {
     const SignedWords words = SignedWords{} + static_cast<int16_t>(value);
