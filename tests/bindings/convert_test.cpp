@@ -195,6 +195,58 @@ TEST(ConvertTest, AppliesTheMatrixToTheFinishedPicture) {
   EXPECT_EQ(std::memcmp(bytes.data() + 1, deep.data(), deep.size() * 2), 0);
 }
 
+/// Pictures longer than what is finished at a time, with and without padding, in bands and not.
+TEST(ConvertTest, FinishesEachPixelOnce) {
+  const Size size{402, 1003};
+  const quorvane::ClampedMatrix matrix({1.5F, -0.25F, 0, 0, 1.25F, 0, -0.5F, 0, 2});
+  struct Case {
+    const char* format;
+    const char* method;
+    const char* target;
+    std::size_t source_bytes;
+    std::size_t pixel_bytes;
+  };
+  for (const Case& now : {Case{"raw8", "2x2", "bgr", 1, 3}, Case{"raw8", "transform-3x3", "bgra", 1, 4},
+                          Case{"raw16be", "2x2", "bgr16", 2, 6}, Case{"uyvy", "transform", "bgra", 2, 4},
+                          Case{"y8", "direct", "bgr", 1, 3}, Case{"rgba8", "transform", "bgra", 4, 4}}) {
+    const std::size_t line = size.width * now.pixel_bytes;
+    const Buffer src = random_bytes(size.pixels() * now.source_bytes, 18);
+    const Buffer before = random_bytes(line * size.height, 19);
+    const bool opaque = now.pixel_bytes == 4;
+    const Frame frame{now.format, size};
+    Recipe recipe{.method = now.method, .target = now.target};
+    Buffer right = before;
+    quorvane::convert(right, src, frame, recipe);
+    for (std::size_t i = 3; opaque && i < right.size(); i += 4) {
+      right[i] = 255;
+    }
+    if (now.pixel_bytes == 6) {
+      matrix.apply_to_bytes<std::uint16_t>(right.data(), size.pixels(), 3, 2, 65535);
+    } else {
+      matrix.apply(right.data(), size.pixels(), now.pixel_bytes, 2, 255);
+    }
+    recipe.matrix = &matrix;
+    recipe.options.opaque = opaque;
+    for (const std::size_t bands : {1U, 3U}) {
+      recipe.options.bands = bands;
+      Buffer dst = before;
+      quorvane::convert(dst, src, frame, recipe);
+      EXPECT_EQ(dst, right) << now.format << " to " << now.target << " in bands: " << bands;
+
+      const std::size_t pitch = line + 10;
+      Buffer padded(pitch * size.height);
+      for (std::size_t y = 0; y < size.height; ++y) {
+        std::memcpy(padded.data() + y * pitch, before.data() + y * line, line);
+      }
+      quorvane::convert(Destination(padded, pitch), src, frame, recipe);
+      for (std::size_t y = 0; y < size.height; ++y) {
+        ASSERT_EQ(std::memcmp(padded.data() + y * pitch, right.data() + y * line, line), 0)
+            << now.format << " to " << now.target << ", line " << y << " in bands: " << bands;
+      }
+    }
+  }
+}
+
 TEST(ConvertTest, RefusesWhatARowDoesNotTake) {
   const Size size{16, 12};
   const Buffer src(size.pixels() * 2);

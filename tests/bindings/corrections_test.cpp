@@ -226,6 +226,56 @@ TEST(ClampedMatrixTest, RoundsAndStops) {
   EXPECT_THROW(ClampedMatrix({NAN, 0, 0, 0, 0, 0, 0, 0, 0}), quorvane::Error);
 }
 
+/// One pixel at a time, as the rule is told.
+template <class T>
+void apply_plainly(std::vector<T>& picture, const quorvane::Matrix& m, std::size_t step, std::size_t red,
+                   double top) {
+  for (std::size_t i = 0; i + step <= picture.size(); i += step) {
+    const std::array<double, 3> rgb{double(picture[i + red]), double(picture[i + 1]),
+                                    double(picture[i + 2 - red])};
+    std::array<T, 3> out{};
+    for (std::size_t row = 0; row < 3; ++row) {
+      const double sum =
+          rgb[0] * double{m[3 * row]} + rgb[1] * double{m[3 * row + 1]} + rgb[2] * double{m[3 * row + 2]};
+      out.at(row) = static_cast<T>(std::floor(std::clamp(sum, 0.0, top) + 0.5));
+    }
+    picture[i + red] = out[0];
+    picture[i + 1] = out[1];
+    picture[i + 2 - red] = out[2];
+  }
+}
+
+template <class T>
+void compare_with_plain(const quorvane::Matrix& matrix, std::uint32_t top) {
+  const ClampedMatrix clamped(matrix);
+  for (const std::size_t step : {3U, 4U}) {
+    for (const std::size_t red : {0U, 2U}) {
+      for (std::size_t count = 0; count <= 200; ++count) {
+        std::vector<T> picture(count * step + 16);
+        support::Random(17 + count)
+            .fill(reinterpret_cast<std::uint8_t*>(picture.data()), picture.size() * sizeof(T));
+        const std::vector<T> margin(picture.end() - 16, picture.end());
+        std::vector<T> right(picture.begin(), picture.end() - 16);
+        apply_plainly(right, matrix, step, red, top);
+        right.insert(right.end(), margin.begin(), margin.end());
+        clamped.apply(picture.data(), count, step, red, top);
+        ASSERT_EQ(picture, right) << count << " pixels of " << step << " samples, red at " << red;
+      }
+    }
+  }
+}
+
+TEST(ClampedMatrixTest, EachLengthIsWhatSinglePixelsAre) {
+  for (const quorvane::Matrix& matrix :
+       {kMatrix, quorvane::Matrix{1.6F, -0.4F, -0.2F, -0.3F, 1.5F, -0.2F, 0.05F, -0.65F, 1.6F},
+        quorvane::Matrix{1e30F, -1e30F, 1e-30F, 0.5F, 0.0F, -0.0F, 3e38F, 3e38F, 3e38F},
+        quorvane::Matrix{0.0019607844F, 0, 0, 0, 0.5F, 0, 0, 0, -1}}) {
+    compare_with_plain<std::uint8_t>(matrix, 255);
+    compare_with_plain<std::uint16_t>(matrix, 65535);
+    compare_with_plain<std::uint16_t>(matrix, 4095);
+  }
+}
+
 TEST(ClampedMatrixTest, TheIdentityChangesNothing) {
   const ClampedMatrix identity({1, 0, 0, 0, 1, 0, 0, 0, 1});
   Buffer picture = random_bytes(3 * 1000, 16);

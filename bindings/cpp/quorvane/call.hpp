@@ -1,96 +1,41 @@
-// A checked call of an Entry: sizes, lengths and selectors first, then the library, in bands where the caller
+// A checked call of an Entry: the tests of checks.hpp first, then the library, in bands where the caller
 // wants several, through scratch lines where buffers are padded.
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 #include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <thread>
 #include <vector>
 
-#include "quorvane/entry.hpp"
+#include "quorvane/checks.hpp"
 
 namespace quorvane {
-
-/// Runs job(0) to job(jobs - 1), in any order and on any threads, and returns when all of them have.
-using Executor = std::function<void(std::size_t jobs, const std::function<void(std::size_t)>& job)>;
-
-/// One std::thread a job, beside the caller's own.
-inline void run_on_threads(std::size_t jobs, const std::function<void(std::size_t)>& job) {
-  std::vector<std::thread> threads;
-  threads.reserve(jobs);
-  std::size_t next = 1;
-  try {
-    for (; next < jobs; ++next) {
-      threads.emplace_back(job, next);
-    }
-  } catch (const std::exception&) {
-    // No more threads: what is left is done here.
-  }
-  job(0);
-  for (; next < jobs; ++next) {
-    job(next);
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
-}
-
-struct Options {
-  /// Sets every fourth byte of a BGRA picture to 255; else the library leaves what is there.
-  bool opaque = false;
-  /// Into so many bands a frame is cut where its function permits; the bytes are those of one call.
-  std::size_t bands = 1;
-  /// Runs the bands; empty: run_on_threads.
-  Executor executor{};
-};
-
 namespace detail {
 
-/// Brings a line of samples to the order that the library reads.
-using Repack = void (*)(std::uint8_t* bytes, std::size_t count);
+/// What becomes of pixels of the picture as soon as they are there.
+using Finish = std::function<void(std::uint8_t* pixels, std::size_t count)>;
+
+/// What is done beside the library's function.
+struct Steps {
+  Steps(Repack before = nullptr, const Finish* after = nullptr)  // NOLINT(google-explicit-constructor)
+      : repack(before), finish(after) {}
+  Repack repack;
+  const Finish* finish;
+};
 
 using Scratch = std::unique_ptr<std::uint8_t[]>;
 inline Scratch scratch(std::size_t bytes) { return Scratch(new std::uint8_t[bytes]); }
 
-inline std::string found(const std::string& expected, std::uint64_t found) {
-  return "expected " + expected + ", found " + std::to_string(found);
-}
-
 /// One call, after its checks.
-class Call {
+class Call : public CheckedCall {
  public:
-  Call(const Entry& entry, const Arguments& arguments, const Options& options, Size size, Repack repack)
-      : entry_(entry),
-        arguments_(arguments),
-        options_(options),
-        size_(size),
-        repack_(repack),
-        pixel_bytes_(entry.pixel_bytes != 0 ? entry.pixel_bytes : bytes_of(arguments.target)) {}
-
-  /// Tests everything and takes the buffers.
-  Result<void> prepare(const std::array<Destination, 4>& dst, const Source& src) {
-    if (Result<void> checked = check_selectors(); !checked) {
-      return checked;
-    }
-    if (Result<void> checked = check_size(); !checked) {
-      return checked;
-    }
-    source_line_ = size_.width / entry_.source.group * entry_.source.bytes;
-    line_ = std::size_t{size_.width} * pixel_bytes_;
-    if (Result<void> checked = check_source(src); !checked) {
-      return checked;
-    }
-    for (std::size_t plane = 0; plane < entry_.planes; ++plane) {
-      if (Result<void> checked = check_destination(dst[plane], plane); !checked) {
-        return checked;
-      }
-    }
-    return check_overlap();
-  }
+  Call(const Entry& entry, const Arguments& arguments, const Options& options, Size size, const Steps& steps)
+      : CheckedCall(entry, arguments, options, size, steps.repack), finish_(steps.finish) {}
 
   /// Works on a copy of the source from now on.
   void copy_source() {
@@ -105,7 +50,7 @@ class Call {
 
   std::uint32_t run() {
     if (source_bytes_ == 0) {
-      make_opaque(dst_[0], count_of(size_));
+      finish(dst_[0], count_of(size_));
       return QVN_OK;  // not even one group of pixels
     }
     const std::uint64_t units = flat() ? size_.pixels() : size_.height;
@@ -149,6 +94,8 @@ class Call {
   /// Scratch of a strip of padded lines stays in the caches next to the processor.
   static constexpr std::size_t kStripBytes = std::size_t{1} << 15;
   static constexpr std::uint32_t kLeastStrip = 16;
+  /// What is gone over a second time is still in the cache behind that one.
+  static constexpr std::size_t kFinishedBytes = std::size_t{1} << 18;
 
   /// Scratch lines that the strips of a band have in common.
   struct ScratchLines {
@@ -174,194 +121,6 @@ class Call {
     return fourth || to == size_.height || size_.width < 4 || !can_be_cut();
   }
 
-  bool tight() const { return tight_; }
-  bool flat() const { return entry_.lines == Lines::kRun && tight(); }
-  bool can_be_cut() const { return entry_.lines != Lines::kNotCut; }
-
-  Failure refuse(Cause cause, std::uint32_t status, const std::string& text) const {
-    return refusal(cause, status, entry_.name, text);
-  }
-
-  Result<void> check_selectors() const {
-    const auto target = static_cast<std::uint32_t>(arguments_.target);
-    if (entry_.pixel_bytes == 0 && (target > 7 || (entry_.targets >> target & 1) == 0)) {
-      return refuse(Cause::kArgument, QVN_E_NOT_IMPLEMENTED, found("a target that it offers", target));
-    }
-    if (static_cast<std::uint32_t>(arguments_.pattern) > 3) {
-      return refuse(Cause::kArgument, QVN_E_UNCLASSIFIED,
-                    found("one of four patterns", static_cast<std::uint32_t>(arguments_.pattern)));
-    }
-    if (arguments_.shift.bits > 16) {
-      return refuse(Cause::kArgument, QVN_E_PARAM6, found("a shift of 0 to 16", arguments_.shift.bits));
-    }
-    if (options_.opaque && (entry_.pixel_bytes != 0 || arguments_.target != Target::kBgra)) {
-      return refuse(Cause::kArgument, QVN_E_UNCLASSIFIED, "expected target BGRA for an opaque picture");
-    }
-    return check_correction();
-  }
-
-  /// A table that is too short would end the process.
-  Result<void> check_correction() const {
-    if (arguments_.correction == nullptr) {
-      return {};
-    }
-    const CorrectionRule& rule = entry_.correction;
-    const std::uint32_t kind = arguments_.correction->kind();
-    const bool served =
-        rule.index_bits != 0 && (kind == CcMatrixFloat || kind == CcGamma || kind == CcGammaMatrix ||
-                                 kind == rule.fixed_kind || kind == rule.table_kind);
-    if (!served) {
-      return refuse(Cause::kArgument, QVN_E_FAIL, found("a kind of correction that it serves", kind));
-    }
-    if (kind != rule.table_kind) {
-      return {};
-    }
-    const std::size_t entries = arguments_.correction->table_bytes() / rule.entry_bytes;
-    const std::uint32_t shift = arguments_.shift.bits > 8 ? rule.index_bits : arguments_.shift.bits;
-    const std::size_t wanted = std::size_t{1} << (rule.index_bits - shift);
-    if (entries < wanted) {
-      return refuse(Cause::kArgument, QVN_E_UNCLASSIFIED,
-                    found("a table of " + std::to_string(wanted) + " entries", entries));
-    }
-    if (rule.looks_again && arguments_.correction->largest() >= entries) {
-      return refuse(Cause::kArgument, QVN_E_UNCLASSIFIED,
-                    found("a table of levels below its length, " + std::to_string(entries),
-                          arguments_.correction->largest()));
-    }
-    return {};
-  }
-
-  Result<void> check_size() const {
-    const SizeRule& rule = entry_.size;
-    const auto fail = [&](const std::string& expected) {
-      return refuse(Cause::kSize, QVN_E_UNCLASSIFIED,
-                    "expected " + expected + ", found " + std::to_string(size_.width) + "x" +
-                        std::to_string(size_.height));
-    };
-    if (size_.width < rule.least.width || size_.height < rule.least.height) {
-      return fail("a frame of at least " + std::to_string(rule.least.width) + "x" +
-                  std::to_string(rule.least.height));
-    }
-    if (size_.width % rule.width_step != 0) {
-      return fail("a width that is a multiple of " + std::to_string(rule.width_step));
-    }
-    if (size_.height % rule.height_step != 0) {
-      return fail("a height that is a multiple of " + std::to_string(rule.height_step));
-    }
-    if (size_.pixels() < rule.least_pixels) {
-      return fail("at least " + std::to_string(rule.least_pixels) + " pixels");
-    }
-    if (size_.pixels() > kMaxPixels) {
-      return fail("at most " + std::to_string(kMaxPixels) + " pixels");
-    }
-    if (size_.pixels() % rule.pixels_step != 0) {
-      return fail("a number of pixels that is a multiple of " + std::to_string(rule.pixels_step));
-    }
-    return {};
-  }
-
-  /// Bytes of a buffer whose lines may be padded; sets `pitch`.
-  Result<std::size_t> extent(const char* what, Cause cause, std::size_t told, std::size_t line,
-                             bool whole_lines, std::size_t tight_bytes, std::size_t size,
-                             std::size_t& pitch) const {
-    pitch = told == 0 ? line : told;
-    if (size_.pixels() == 0) {
-      return std::size_t{0};
-    }
-    std::size_t wanted = tight_bytes;
-    if (pitch != line && size_.height > 1) {
-      if (pitch < line) {
-        return refuse(
-            Cause::kPitch, QVN_E_UNCLASSIFIED,
-            found("lines of the " + std::string(what) + " at least " + std::to_string(line) + " bytes apart",
-                  pitch));
-      }
-      if (!whole_lines) {
-        return refuse(Cause::kPitch, QVN_E_UNCLASSIFIED,
-                      found("padded lines of whole groups of pixels", size_.width));
-      }
-      const std::size_t before = size_.height - 1;
-      if (size < line || (size - line) / before < pitch) {  // the product might wrap
-        return refuse(cause, QVN_E_UNCLASSIFIED,
-                      found("a " + std::string(what) + " of " + std::to_string(size_.height) + " lines, " +
-                                std::to_string(pitch) + " bytes apart",
-                            size));
-      }
-      wanted = before * pitch + line;
-    } else {
-      pitch = line;
-    }
-    if (size < wanted) {
-      return refuse(cause, QVN_E_UNCLASSIFIED,
-                    found("a " + std::string(what) + " of " + std::to_string(wanted) + " bytes", size));
-    }
-    return wanted;
-  }
-
-  Result<void> check_source(const Source& src) {
-    // A mosaic's lines begin with a group of their own, those of a run do not.
-    const auto bytes = static_cast<std::size_t>(
-        entry_.lines == Lines::kRun ? size_.pixels() / entry_.source.group * entry_.source.bytes
-                                    : std::uint64_t{source_line_} * size_.height);
-    Result<std::size_t> wanted =
-        extent("source", Cause::kSource, src.pitch(), source_line_, size_.width % entry_.source.group == 0,
-               bytes, src.size(), source_pitch_);
-    if (!wanted) {
-      return wanted.failure();
-    }
-    src_ = src.data();
-    source_bytes_ = wanted.value();
-    tight_ = source_pitch_ == source_line_ && repack_ == nullptr;
-    return {};
-  }
-
-  Result<void> check_destination(const Destination& dst, std::size_t plane) {
-    const bool uyvy = entry_.pixel_bytes == 0 && arguments_.target == Target::kUyvy;
-    // The last pixel of an odd count gets a first luma and both chroma bytes.
-    const auto bytes =
-        static_cast<std::size_t>(size_.pixels() * pixel_bytes_ + (uyvy ? size_.pixels() % 2 : 0));
-    Result<std::size_t> wanted = extent("destination", Cause::kDestination, dst.pitch(), line_,
-                                        !uyvy || size_.width % 2 == 0, bytes, dst.size(), pitches_[plane]);
-    if (!wanted) {
-      return wanted.failure();
-    }
-    dst_[plane] = dst.data();
-    bytes_[plane] = wanted.value();
-    tight_ = tight_ && pitches_[plane] == line_;
-    if (!tight_ && size_.width % entry_.source.group != 0) {
-      return refuse(Cause::kPitch, QVN_E_UNCLASSIFIED,
-                    found("padded lines of whole groups of pixels", size_.width));
-    }
-    return {};
-  }
-
-  static bool overlap(const std::uint8_t* a, std::size_t a_bytes, const std::uint8_t* b,
-                      std::size_t b_bytes) {
-    const std::less<> before;
-    return a_bytes != 0 && b_bytes != 0 && before(a, b + b_bytes) && before(b, a + a_bytes);
-  }
-
-  Result<void> check_overlap() {
-    for (std::size_t plane = 0; plane < entry_.planes; ++plane) {
-      for (std::size_t other = 0; other < plane; ++other) {
-        if (overlap(dst_[plane], bytes_[plane], dst_[other], bytes_[other])) {
-          return refuse(Cause::kOverlap, QVN_E_UNCLASSIFIED, "expected planes that do not overlap");
-        }
-      }
-      if (!overlap(dst_[plane], bytes_[plane], src_, source_bytes_)) {
-        continue;
-      }
-      const bool fits = pixel_bytes_ * entry_.source.group <= entry_.source.bytes;
-      in_place_ = entry_.in_place && fits && dst_[plane] == src_ && (tight_ || pitches_[0] == source_pitch_);
-      if (!in_place_) {
-        return refuse(Cause::kOverlap, QVN_E_UNCLASSIFIED,
-                      entry_.in_place && fits ? "expected buffers that are equal or do not overlap"
-                                              : "expected buffers that do not overlap");
-      }
-    }
-    return {};
-  }
-
   std::uint64_t bands(std::uint64_t units) const {
     // In place, a picture of shorter pixels lands on what another band has yet to read.
     const bool shrinks = flat() && in_place_ && pixel_bytes_ * entry_.source.group != entry_.source.bytes;
@@ -374,26 +133,32 @@ class Call {
 
   /// Units `from` to `to` - 1 of the picture.
   std::uint32_t band(std::uint32_t from, std::uint32_t to) const {
-    if (flat()) {
-      return pixels(from, to);
-    }
+    Workspace space;
     if (!can_be_cut()) {
-      Workspace space;
       return tight() ? direct(0, size_.height) : window(0, size_.height, space);
     }
-    if (tight()) {
-      return lines(from, to);
-    }
-    const auto fit = static_cast<std::uint32_t>(kStripBytes / std::max(line_, std::size_t{source_line_}));
-    const std::uint32_t strip = std::max(fit / 8 * 8, kLeastStrip);
-    Workspace space;
-    while (to - from > strip + kLeastLines) {
-      if (const std::uint32_t status = window(from, from + strip, space); status != QVN_OK) {
+    const auto part = [&](std::uint32_t begin, std::uint32_t end) {
+      return flat() ? pixels(begin, end) : tight() ? lines(begin, end) : window(begin, end, space);
+    };
+    for (const std::uint32_t strip = strip_units(); to - from > strip + kLeastLines; from += strip) {
+      if (const std::uint32_t status = part(from, from + strip); status != QVN_OK) {
         return status;
       }
-      from += strip;
     }
-    return window(from, to, space);
+    return part(from, to);
+  }
+
+  /// How much of a band is worked on at a time.
+  std::uint32_t strip_units() const {
+    if (tight() && !finishes()) {
+      return flat() ? count_of(size_) : size_.height;
+    }
+    if (flat()) {
+      return static_cast<std::uint32_t>(kFinishedBytes / pixel_bytes_ / kRunStep * kRunStep);
+    }
+    const std::size_t fit =
+        tight() ? kFinishedBytes / line_ : kStripBytes / std::max(line_, std::size_t{source_line_});
+    return std::max(static_cast<std::uint32_t>(fit / 8 * 8), kLeastStrip);
   }
 
   std::uint8_t* source_at(std::size_t offset) const { return const_cast<std::uint8_t*>(src_) + offset; }
@@ -404,11 +169,21 @@ class Call {
     return moved;
   }
 
-  void make_opaque(std::uint8_t* pixels, std::size_t count) const {
+  bool finishes() const { return options_.opaque || finish_ != nullptr; }
+
+  void finish(std::uint8_t* pixels, std::size_t count) const {
     if (options_.opaque) {
+      constexpr std::array<std::uint8_t, 4> kFourth{0, 0, 0, 255};
+      const auto fourth = std::bit_cast<std::uint32_t>(kFourth);
       for (std::size_t i = 0; i < count; ++i) {
-        pixels[4 * i + 3] = 255;
+        std::uint32_t pixel = 0;
+        std::memcpy(&pixel, pixels + 4 * i, 4);
+        pixel |= fourth;
+        std::memcpy(pixels + 4 * i, &pixel, 4);
       }
+    }
+    if (finish_ != nullptr) {
+      (*finish_)(pixels, count);
     }
   }
 
@@ -420,7 +195,7 @@ class Call {
     const bool whole = to - from == size_.pixels();
     const std::uint32_t status = entry_.run(buffers, whole ? size_ : Size{to - from, 1}, arguments_);
     if (status == QVN_OK) {
-      make_opaque(buffers.dst[0], to - from);
+      finish(buffers.dst[0], to - from);
     }
     return status;
   }
@@ -430,7 +205,7 @@ class Call {
     const Buffers buffers{{dst_[0] + from * line_}, source_at(std::size_t{from} * source_line_)};
     const std::uint32_t status = entry_.run(buffers, {size_.width, to - from}, arguments_from(from));
     if (status == QVN_OK) {
-      make_opaque(buffers.dst[0], std::size_t{size_.width} * (to - from));
+      finish(buffers.dst[0], std::size_t{size_.width} * (to - from));
     }
     return status;
   }
@@ -477,7 +252,7 @@ class Call {
     const Buffers buffers{{scratch_lines}, source_at(std::size_t{line - before} * source_line_)};
     const std::uint32_t status = entry_.run(buffers, {size_.width, height}, arguments_from(line - before));
     if (status == QVN_OK) {
-      make_opaque(own, size_.width);
+      finish(own, size_.width);
     }
     return status;
   }
@@ -524,7 +299,7 @@ class Call {
     if (status != QVN_OK) {
       return status;
     }
-    make_opaque(buffers.dst[0] + (from - begin) * line_, std::size_t{size_.width} * own);
+    finish(buffers.dst[0] + (from - begin) * line_, std::size_t{size_.width} * own);
     for (std::size_t plane = 0; plane < entry_.planes; ++plane) {
       for (std::uint32_t line = 0; !in_its_place(plane) && line < own; ++line) {
         std::memcpy(dst_[plane] + (from + line) * pitches_[plane],
@@ -540,23 +315,8 @@ class Call {
     return QVN_OK;
   }
 
-  const Entry& entry_;
-  const Arguments& arguments_;
-  const Options& options_;
-  Size size_;
-  Repack repack_;
-  std::uint32_t pixel_bytes_;
-  std::uint32_t source_line_ = 0;
-  std::size_t line_ = 0;
-  const std::uint8_t* src_ = nullptr;
+  const Finish* finish_;
   Scratch copy_;
-  std::size_t source_pitch_ = 0;
-  std::size_t source_bytes_ = 0;
-  std::array<std::uint8_t*, 4> dst_{};
-  std::array<std::size_t, 4> pitches_{};
-  std::array<std::size_t, 4> bytes_{};
-  bool tight_ = true;
-  bool in_place_ = false;
 };
 
 /// The library's allocation failures leave it as exceptions, of the standard library's or an integer.
@@ -577,8 +337,8 @@ Result<void> guarded(std::string_view entry, Action action) {
 /// is overwritten; see call_keeping_source.
 inline Result<void> call(const Entry& entry, const std::array<Destination, 4>& dst, const Source& src,
                          Size size, const Arguments& arguments, const Options& options = {},
-                         detail::Repack repack = nullptr) {
-  detail::Call prepared(entry, arguments, options, size, repack);
+                         const detail::Steps& steps = {}) {
+  detail::Call prepared(entry, arguments, options, size, steps);
   if (Result<void> checked = prepared.prepare(dst, src); !checked) {
     return checked;
   }
@@ -588,9 +348,9 @@ inline Result<void> call(const Entry& entry, const std::array<Destination, 4>& d
 /// The same from a copy of the source where the Entry overwrites it.
 inline Result<void> call_keeping_source(const Entry& entry, const std::array<Destination, 4>& dst,
                                         const Source& src, Size size, const Arguments& arguments,
-                                        const Options& options = {}, detail::Repack repack = nullptr) {
+                                        const Options& options = {}, const detail::Steps& steps = {}) {
   const bool copy = entry.overwrites_source;
-  detail::Call prepared(entry, arguments, options, size, repack);
+  detail::Call prepared(entry, arguments, options, size, steps);
   if (Result<void> checked = prepared.prepare(dst, src); !checked) {
     return checked;
   }

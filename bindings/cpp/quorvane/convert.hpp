@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "quorvane/clamped_matrix.hpp"
 #include "quorvane/conversions.hpp"
 
 namespace quorvane {
@@ -337,8 +338,7 @@ inline Result<void> attempt_convert(const Way& way, Destination dst, Source src,
   if (!way.reads_form && format->has_form && (frame.bits != 16)) {
     return refuse("expected samples of 16 bits, since it does not read how many count");
   }
-  const bool by_matrix = recipe.matrix != nullptr;
-  if (by_matrix && (form->channels < 3 || form->name == "uyvy")) {
+  if (recipe.matrix != nullptr && (form->channels < 3 || form->name == "uyvy")) {
     return refuse("expected a colour picture for a matrix");
   }
   const Arguments arguments{frame.pattern,
@@ -358,22 +358,17 @@ inline Result<void> attempt_convert(const Way& way, Destination dst, Source src,
       planes[i] = {dst.data() + start, i + 1 == form->planes ? rest : std::min(plane, rest), dst.pitch()};
     }
   }
-  Result<void> done =
-      call_keeping_source(*entry, planes, src, frame.size, arguments, recipe.options, format->repack);
-  if (!done || !by_matrix) {
-    return done;
-  }
   const std::uint32_t bits = recipe.shift.bits < way.bits ? way.bits - recipe.shift.bits : 1;
   const std::uint32_t top = (1U << bits) - 1;
-  for (std::size_t y = 0; y < frame.size.height; ++y) {
-    std::uint8_t* const pixels = dst.data() + y * pitch;
+  const detail::Finish by_matrix = [&](std::uint8_t* pixels, std::size_t count) {
     if (form->depth == 16) {
-      recipe.matrix->apply_to_bytes<std::uint16_t>(pixels, frame.size.width, 3, 2, top);
+      recipe.matrix->apply_to_bytes<std::uint16_t>(pixels, count, 3, 2, top);
     } else {
-      recipe.matrix->apply(pixels, frame.size.width, form->pixel_bytes, 2, top);
+      recipe.matrix->apply(pixels, count, form->pixel_bytes, 2, top);
     }
-  }
-  return done;
+  };
+  return call_keeping_source(*entry, planes, src, frame.size, arguments, recipe.options,
+                             {format->repack, recipe.matrix == nullptr ? nullptr : &by_matrix});
 }
 
 inline Result<void> attempt_convert(Destination dst, Source src, const Frame& frame,

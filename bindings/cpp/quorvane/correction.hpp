@@ -1,22 +1,19 @@
-// Colour corrections: owners of the library's objects, and a matrix that stops at black and white.
+// Colour corrections: owners of the library's objects.
 #pragma once
 
 #include <quorvane/quorvane.h>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstring>
 #include <memory>
 #include <span>
 #include <vector>
 
 #include "quorvane/result.hpp"
+#include "quorvane/types.hpp"
 
 namespace quorvane {
-
-/// Row by row, with red, green and blue as inputs; the rows make red, green and blue.
-using Matrix = std::array<float, 9>;
 
 /// An object of the library with all that it points to. What each kind does to a colour, and which functions
 /// serve it, stands in quorvane.h. Any number of threads may convert with the same one.
@@ -134,74 +131,6 @@ class Correction {
   std::vector<std::uint8_t> bytes_;
   std::vector<std::uint16_t> words_;
   std::unique_ptr<ColorCorrection, Destroy> owned_;
-};
-
-/// A matrix for finished pictures that rounds and stops at black and at the top. The library has none; this
-/// one is the same wherever it is offered.
-///
-/// A sample times a float is exact in double precision, so the sums are the same on every machine, whether or
-/// not the compiler fuses them.
-class ClampedMatrix {
- public:
-  explicit ClampedMatrix(const Matrix& matrix) {
-    std::copy(matrix.begin(), matrix.end(), m_.begin());
-    if (!std::all_of(m_.begin(), m_.end(), [](double factor) { return std::isfinite(factor); })) {
-      throw Error({Cause::kArgument, QVN_E_UNCLASSIFIED, "ClampedMatrix: expected nine finite numbers"});
-    }
-  }
-
-  /// Pixels of `step` samples in place, of which red, green and blue are at the indices `red`, 1 and 2 - red:
-  /// 2 for the library's BGR, BGRA and BGR16, 0 for RGB.
-  template <class T>
-  void apply(T* pixels, std::size_t count, std::size_t step, std::size_t red, std::uint32_t top) const {
-    apply_to_bytes<T>(reinterpret_cast<std::uint8_t*>(pixels), count, step, red, top);
-  }
-  /// The same where words have no alignment.
-  template <class T>
-  void apply_to_bytes(std::uint8_t* pixels, std::size_t count, std::size_t step, std::size_t red,
-                      std::uint32_t top) const {
-    const double most = top;
-    const std::array<double, 9> m = m_;  // which no pixel can overlap
-    for (std::size_t i = 0; i < count; ++i, pixels += step * sizeof(T)) {
-      const double r = load<T>(pixels, red);
-      const double g = load<T>(pixels, 1);
-      const double b = load<T>(pixels, 2 - red);
-      store<T>(pixels, red, level(r * m[0] + g * m[1] + b * m[2], most));
-      store<T>(pixels, 1, level(r * m[3] + g * m[4] + b * m[5], most));
-      store<T>(pixels, 2 - red, level(r * m[6] + g * m[7] + b * m[8], most));
-    }
-  }
-  void apply_bgr(std::span<std::uint8_t> picture) const {
-    apply(picture.data(), picture.size() / 3, 3, 2, 255);
-  }
-  void apply_bgra(std::span<std::uint8_t> picture) const {
-    apply(picture.data(), picture.size() / 4, 4, 2, 255);
-  }
-  void apply_bgr16(std::span<std::uint16_t> picture, std::uint32_t top) const {
-    apply(picture.data(), picture.size() / 3, 3, 2, top);
-  }
-
- private:
-  template <class T>
-  static double load(const std::uint8_t* pixel, std::size_t channel) {
-    T sample;
-    std::memcpy(&sample, pixel + channel * sizeof(T), sizeof(T));
-    return sample;
-  }
-  template <class T>
-  static void store(std::uint8_t* pixel, std::size_t channel, std::uint32_t value) {
-    const auto sample = static_cast<T>(value);
-    std::memcpy(pixel + channel * sizeof(T), &sample, sizeof(T));
-  }
-
-  static std::uint32_t level(double value, double top) {
-    // One comparison each, in the form that processors have an instruction for.
-    const double above = value > 0 ? value : 0;
-    const double inside = above < top ? above : top;
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(inside + 0.5));
-  }
-
-  std::array<double, 9> m_{};
 };
 
 }  // namespace quorvane

@@ -3,6 +3,7 @@
 
 #include <quorvane/quorvane.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <ranges>
@@ -74,6 +75,9 @@ enum class ColorCoding : std::uint32_t {
   kRaw8 = 9,
   kRaw16 = 10,
 };
+
+/// Row by row, with red, green and blue as inputs; the rows make red, green and blue.
+using Matrix = std::array<float, 9>;
 
 enum class SisKind : std::uint32_t { k12Bytes = 1, k52Bytes = 2 };
 enum class ResampleBy : std::uint32_t { kNearest = 0, kLinear = 1 };
