@@ -1,4 +1,4 @@
-"""README.md tells the truth where a program can check it: its C example is examples/minimal.c, it names every
+"""README.md tells the truth where a program can check it: its C example is examples/quick.c, it names every
 function of the public header and no other, and the files that it points to exist. Links of the other documents
 are checked as well.
 
@@ -32,7 +32,7 @@ class ReadmeTest(unittest.TestCase):
     def test_the_c_example_is_the_compiled_one(self):
         blocks = fenced_blocks(README, "c")
         self.assertEqual(len(blocks), 1)
-        self.assertEqual(blocks[0], (PROJECT / "examples/minimal.c").read_text(encoding="utf-8"))
+        self.assertEqual(blocks[0], (PROJECT / "examples/quick.c").read_text(encoding="utf-8"))
 
     def test_every_function_is_named_and_no_other(self):
         header = (PROJECT / "include/quorvane/quorvane.h").read_text(encoding="utf-8")

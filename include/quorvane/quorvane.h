@@ -127,8 +127,9 @@ _Static_assert(sizeof(SampleFormatBlock) == 20, "SampleFormatBlock is five words
 QVN_API uint32_t QVN_GetVersion(uint32_t* version);
 
 /**
- * Fills the twelve capability flags.
+ * Fills the twelve capability flags. What they stand for has no names; the library asks no processor.
  *
+ * @param info  receives twelve bytes, each 0 or 1
  * @return QVN_E_PARAM1 for a null pointer, else QVN_OK
  */
 QVN_API uint32_t QVN_GetTechnoInfo(TechnoInfo* info);
@@ -141,6 +142,8 @@ QVN_API uint32_t QVN_GetTechnoInfo(TechnoInfo* info);
  *     8 signed RGB16 48      9 Raw8 8               10 Raw16 16
  *     128, 129, 130: 8       132, 134, 136: 12      133, 135: 36        141: 32
  *
+ * @param format        one of the codes above
+ * @param bitsPerPixel  where to store it
  * @return QVN_E_PARAM2 for a null result (tested first), QVN_E_PARAM1 for any other code (the result is left
  *         alone), else QVN_OK
  */
@@ -151,7 +154,8 @@ QVN_API uint32_t QVN_GetBitsPerPixel(ColorCodingId format, uint32_t* bitsPerPixe
  *
  * The code's text and its terminating zero are copied as far as they fit in `size` bytes. A text that does
  * not fit arrives cut, without a terminator. A code without a text gets the operating system's text if that
- * has one for the code, else "return code not found". A size of 64 holds every text of the library whole.
+ * has one for the code, without the carriage return and line feed at its end, else "return code not found". A
+ * size of 64 holds every text of the library whole.
  *
  * @param code    any status code, of this library or of the camera layers beside it
  * @param buffer  receives the text; bytes behind the terminator of a text of the library's own are left
@@ -288,8 +292,12 @@ QVN_API uint32_t QVN_Y16ToY8Ex(uint8_t* dst, const uint8_t* src, uint32_t count,
                                uint32_t alignment, uint32_t bitsPerSample);
 
 /**
- * QVN_Y16ToY8 for counts that are a multiple of 8. Works in place when dst equals src.
+ * Mono 16 to mono 8 for counts that are a multiple of 8: the bytes of QVN_Y16ToY8. Works in place when dst
+ * equals src.
  *
+ * @param dst    1 byte a pixel; count bytes
+ * @param src    2 bytes a sample, big-endian; 2 * count bytes
+ * @param count  pixels, a multiple of 8
  * @return QVN_E_PARAM3, after the pointers, for a count with any of its low three bits set
  */
 QVN_API uint32_t QVN_Y16ToY8_MMX(uint8_t* dst, const uint8_t* src, uint32_t count);
@@ -346,7 +354,8 @@ QVN_API uint32_t QVN_YUV411ToRGBYPlanes(uint8_t* dstR, uint8_t* dstG, uint8_t* d
 
 /**
  * RGB8 to planes, with luma in dstY: (R * 0.299 + G * 0.587) + B * 0.114 in single precision and in this
- * order, truncated toward zero; white gives 255. A null dstY leaves the luma out.
+ * order, truncated toward zero; white gives 255, and some greys lose one: (37, 37, 37) gives 36. A null dstY
+ * leaves the luma out.
  *
  * Here planes are written one after the other, and the luma is made of what they hold then; that matters
  * where they share memory.
@@ -464,7 +473,8 @@ QVN_API uint32_t QVN_Raw8ToBGR_3x3(uint8_t* dst, const uint8_t* src, uint32_t wi
  *
  * The source is destroyed: `src` is the store for half a frame of 4:2:2 and ends as that of the second half.
  * The frame is worked in two halves, and the filters stop at the seam between them. Pixels are a flat run: a
- * tap beyond a line's end is taken from the start of the next line.
+ * tap beyond a line's end is taken from the start of the next line, one before its start from the end of the
+ * line before.
  *
  * All three: width even and at least 2, height even (an odd one leaves raw samples in the last pixels of each
  * half; when (width * height) >> 1 is odd, the last pixel of each half of dst stays Y, U, V), not in place;
@@ -475,13 +485,17 @@ QVN_API uint32_t QVN_Raw8ToBGR_3x3(uint8_t* dst, const uint8_t* src, uint32_t wi
  * @param src  1 byte a sample; width * height bytes; overwritten
  * ------------------------------------------------------------------------------------------------------ */
 
-/** Chroma is the mean of the pair's two pixels, rounded down. Height at least 2. */
+/**
+ * Raw8 to BGR by way of YUV 4:2:2. Chroma is the mean of the pair's two pixels, rounded down. Height at least
+ * 2.
+ */
 QVN_API uint32_t QVN_Raw8ToBGR_IntYUV422(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                                          BayerPattern pattern);
 
 /**
- * Chroma is the mean of the pair's two pixels and the two behind them, rounded down. The last two pairs of
- * each half repeat the pair before them, luma included.
+ * Raw8 to BGR by way of YUV 4:2:2 with a filter along the line. Chroma is the mean of the pair's two pixels
+ * and the two behind them, rounded down. The last two pairs of each half repeat the pair before them, luma
+ * included.
  *
  * At least 3 pairs in a half frame, (height / 2) * width / 2. With exactly 2, nothing is computed and the
  * four bytes before `src` are read in their place.
@@ -490,10 +504,11 @@ QVN_API uint32_t QVN_Raw8ToBGR_IntLCAA(uint8_t* dst, uint8_t* src, uint32_t widt
                                        BayerPattern pattern);
 
 /**
- * Chroma is the mean of a block four pixels wide (from the one before the pair to the one behind it) and two
- * lines high (the pair's line and the next one; in a half's last line, and its last pair of the line before,
- * the line above), rounded to nearest. The first pair of a half has its own first pixel as left tap on its
- * own line. The last two pairs of each half have the chroma of their first pixel.
+ * Raw8 to BGR by way of YUV 4:2:2 with a filter over two lines. Chroma is the mean of a block four pixels
+ * wide (from the one before the pair to the one behind it) and two lines high (the pair's line and the next
+ * one; in a half's last line, and its last pair of the line before, the line above), rounded to nearest. The
+ * first pair of a half has its own first pixel as left tap on its own line. The last two pairs of each half
+ * have the chroma of their first pixel.
  *
  * Height at least 4; heights 2 and 3 read the line before dst and write four bytes behind each half's 4:2:2
  * form. Heights 4 and 5, with two lines in a half, look back before the half frame: the three pixels (9
@@ -825,13 +840,21 @@ QVN_LAYOUT(sizeof(ColorCorrectionNested) == 4 * sizeof(void*));
  */
 QVN_API uint32_t QVN_CreateColorCorrectionMatrix_Int8(const float* matrix, ColorCorrection** result);
 
-/** The same of kind 3, for sources of 12 and 16 bits. */
+/**
+ * Makes an object of kind 3, for sources of 12 and 16 bits. Its numbers and its memory are those of
+ * QVN_CreateColorCorrectionMatrix_Int8.
+ *
+ * @param matrix  nine numbers, row-major, inputs in the order red, green, blue; not tested for null
+ * @param result  where to store the object, for QVN_DestroyColorCorrection later; not tested for null
+ * @return QVN_OK
+ */
 QVN_API uint32_t QVN_CreateColorCorrectionMatrix_Int16(const float* matrix, ColorCorrection** result);
 
 /**
  * Gives an object back to operator delete; of kinds 8 and 9 the table at `first`, too, and of kind 7 the
  * table, and before it the `first` of each of its records up to `last`.
  *
+ * @param object  of a creator, or built in memory of operator new
  * @return QVN_E_PARAM1 for a null pointer, QVN_E_ABORTED for a kind above 9 (the object stays), else QVN_OK
  */
 QVN_API uint32_t QVN_DestroyColorCorrection(ColorCorrection* object);
@@ -894,7 +917,11 @@ QVN_API uint32_t QVN_Raw12ToBGR(uint8_t* dst, const uint8_t* src, uint32_t width
 
 /**
  * Raw12 to BGR, corrected. Colours are bytes; the table of an object of kind 9 is read as bytes, too, of
- * which the first 256 count: of a table of words its first 128, in memory order.
+ * which the first 256 count: of a table of words its first 128, in memory order. Last line: copy of the line
+ * above.
+ *
+ * @param dst  3 bytes a pixel: blue, green, red; 3 * width * height bytes
+ * @param src  3 bytes for 2 samples; 3 * (width / 2) * height bytes
  */
 QVN_API uint32_t QVN_Raw12ToBGR_CC(uint8_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                                    BayerPattern pattern, const ColorCorrection* cc);
@@ -912,7 +939,14 @@ QVN_API uint32_t QVN_Raw12ToBGR_CC(uint8_t* dst, const uint8_t* src, uint32_t wi
 QVN_API uint32_t QVN_Raw12ToBGR16(uint16_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                                   BayerPattern pattern);
 
-/** Raw12 to BGR with 16 bits a channel, corrected. Nothing is stopped at 4095. */
+/**
+ * Raw12 to BGR with 16 bits a channel, corrected. Nothing is stopped at 4095. Last line: its first half is a
+ * copy of the line above, its second half is left alone.
+ *
+ * @param dst  3 words a pixel in the host's order: blue, green, red; 3 * width * height words; no alignment
+ *             needed
+ * @param src  3 bytes for 2 samples; 3 * (width / 2) * height bytes
+ */
 QVN_API uint32_t QVN_Raw12ToBGR16_CC(uint16_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                                      BayerPattern pattern, const ColorCorrection* cc);
 
@@ -954,6 +988,10 @@ QVN_API uint32_t QVN_Raw16ToBGR16(uint16_t* dst, const uint8_t* src, uint32_t wi
 /**
  * Raw16 to BGR with 16 bits a channel, corrected. The shared colour of a pair is corrected twice in its
  * second pixel: the rule's input there is the first pixel's result.
+ *
+ * @param dst  3 words a pixel in the host's order: blue, green, red; 3 * width * height words; no alignment
+ *             needed
+ * @param src  2 bytes a sample, no alignment needed; 2 * width * height bytes
  */
 QVN_API uint32_t QVN_Raw16ToBGR16_CC(uint16_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                                      BayerPattern pattern, uint32_t shift, const ColorCorrection* cc);
@@ -971,6 +1009,9 @@ QVN_API uint32_t QVN_Raw16ToY16(uint16_t* dst, const uint8_t* src, uint32_t widt
  * Raw16 to 16-bit luma of the corrected colours. With a shift of 0 each pixel is corrected by itself. With
  * any other, 32 included, the second pixel of a pair is not corrected but for the shared colour, which is the
  * rule's result for the shared sample beside the two other results of the first pixel.
+ *
+ * @param dst  a word a pixel in the host's order; width * height words; no alignment needed
+ * @param src  2 bytes a sample, no alignment needed; 2 * width * height bytes
  */
 QVN_API uint32_t QVN_Raw16ToY16_CC(uint16_t* dst, const uint8_t* src, uint32_t width, uint32_t height,
                                    BayerPattern pattern, uint32_t shift, const ColorCorrection* cc);
@@ -1013,6 +1054,9 @@ typedef uint32_t ResampleMethod;
  * truncated toward zero, plus 1, times 4. So 641 gives 644, -1 to -3 give 4, and -5 gives 0.
  *
  * @param dstLength  where to store it; not tested for null
+ * @param srcLength  elements of a source line
+ * @param srcRate    samples of the source line in a unit of length
+ * @param dstRate    samples of the output line in the same unit
  * @return QVN_OK
  */
 QVN_API uint32_t QVN_GetResampledScanlineLength(int32_t* dstLength, int32_t srcLength, float srcRate,
@@ -1022,6 +1066,15 @@ QVN_API uint32_t QVN_GetResampledScanlineLength(int32_t* dstLength, int32_t srcL
  * Resamples lines that follow each other without a gap: QVN_ResampleScanlinesEx with pitches that are the
  * lengths. The status codes name the parameters of that function.
  *
+ * @param dst             dstLength * lineCount elements
+ * @param src             srcLength * lineCount elements; with linear see there
+ * @param dstLength       elements of an output line
+ * @param srcLength       elements of a source line
+ * @param lineCount       below 1, nothing is written
+ * @param srcRate         samples of the source line in a unit of length
+ * @param dstRate         samples of the output line in the same unit
+ * @param resampleType    bytes of an element, 1 to 6
+ * @param resampleMethod  0: nearest; 1: linear
  * @return as QVN_ResampleScanlinesEx: 1 is success
  */
 QVN_API uint32_t QVN_ResampleScanlines(uint8_t* dst, const uint8_t* src, int32_t dstLength, int32_t srcLength,
@@ -1036,11 +1089,15 @@ QVN_API uint32_t QVN_ResampleScanlines(uint8_t* dst, const uint8_t* src, int32_t
  * @param dst             dstLength elements are written a line; what lies between lines is left alone
  * @param src             srcLength elements a line, of which those up to the largest index are read; with
  *                        linear make sure that these are there
+ * @param dstLength       elements of an output line
  * @param dstPitch        from one output line to the next, in elements; negative walks upward
+ * @param srcLength       elements of a source line; read by nearest only
  * @param srcPitch        from one source line to the next, in elements; negative walks upward
  * @param lineCount       below 1, nothing is written
- * @param resampleType    bytes of an element
- * @param resampleMethod  nearest or linear
+ * @param srcRate         samples of the source line in a unit of length
+ * @param dstRate         samples of the output line in the same unit
+ * @param resampleType    bytes of an element, 1 to 6
+ * @param resampleMethod  0: nearest; 1: linear
  * @return QVN_E_PARAM1 for a null dst, QVN_E_PARAM2 for a null src, QVN_E_PARAM10 for a type of 0 or above 6,
  *         QVN_E_PARAM11 for a method above 1, else 1, not QVN_OK, also without lines
  */
@@ -1069,8 +1126,11 @@ QVN_API uint32_t QVN_ResampleScanlinesEx(uint8_t* dst, const uint8_t* src, int32
  * Axis 2 takes every code and is QVN_FlipVertical with `width` elements a line (1 byte for every other code);
  * that product, and width * height of axis 3, wrap at 32 bits. Axes 1 and 3 allocate nothing.
  *
- * @param buffer  width * height elements
- * @param width   elements a line; 0 is good and does nothing
+ * @param buffer       width * height elements
+ * @param width        elements a line; 0 is good and does nothing
+ * @param height       lines, at least 2
+ * @param axis         1: lines reversed; 2: the order of the lines; 3: both
+ * @param colorCoding  gives the element, as above
  * @return QVN_E_PARAM1 for a null buffer, QVN_E_PARAM3 for fewer than 2 lines, QVN_E_PARAM4 for another axis,
  *         QVN_E_PARAM5 for every other code on axes 1 and 3; on axis 2 what QVN_FlipVertical returns, whose
  *         name is in the log then; else QVN_OK
@@ -1085,6 +1145,7 @@ QVN_API uint32_t QVN_Flip(uint8_t* buffer, uint32_t width, uint32_t height, uint
  * @param buffer     lineBytes * height bytes
  * @param lineBytes  bytes a line; (height - 1) * lineBytes wraps at 32 bits, so keep it below 4 GiB; 0 is
  *                   good and does nothing
+ * @param height     lines, at least 2
  * @return QVN_E_PARAM1 for a null buffer, QVN_E_PARAM3 for fewer than 2 lines, QVN_E_OUT_OF_MEMORY if there
  *         is no memory (the buffer is unchanged), else QVN_OK; the log has no line of a refused call
  */
@@ -1326,16 +1387,24 @@ QVN_API uint32_t QVN_Raw8ImageTransform_IntYUV422(uint8_t* dst, uint8_t* src, ui
                                                   TransformTarget target, BayerPattern pattern);
 
 /**
- * The same as in QVN_Raw8ToBGR_IntLCAA. The scratch frame has 4 * width * height bytes; if it cannot be
- * allocated, what operator new throws leaves the function.
+ * Raw8 to a target by way of YUV as in QVN_Raw8ToBGR_IntLCAA, with the source destroyed as there. Targets 0
+ * to 3. Every fourth byte stays. A scratch frame of 4 * width * height bytes is allocated for the call; if it
+ * cannot be, what operator new throws leaves the function.
+ *
+ * @param dst  width * height pixels of the target
+ * @param src  1 byte a sample; width * height bytes; overwritten
  */
 QVN_API uint32_t QVN_Raw8ImageTransform_IntLCAA(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                                                 TransformTarget target, BayerPattern pattern);
 
 /**
- * The same as in QVN_Raw8ToBGR_IntLCAAV. The scratch frame has 3 * width * height bytes; if it cannot be
- * allocated, the integer 1 is thrown. With heights 4 and 5, the pixels that the first half looks back at
+ * Raw8 to a target by way of YUV as in QVN_Raw8ToBGR_IntLCAAV, with the source destroyed as there. Targets 0
+ * to 3. Every fourth byte stays. A scratch frame of 3 * width * height bytes is allocated for the call; if it
+ * cannot be, the integer 1 is thrown. With heights 4 and 5, the pixels that the first half looks back at
  * before its start count as 0; the second half has those of the first.
+ *
+ * @param dst  width * height pixels of the target
+ * @param src  1 byte a sample; width * height bytes; overwritten
  */
 QVN_API uint32_t QVN_Raw8ImageTransform_IntLCAAV(uint8_t* dst, uint8_t* src, uint32_t width, uint32_t height,
                                                  TransformTarget target, BayerPattern pattern);
