@@ -2,7 +2,7 @@
 """Mutation of src/: changes one place of one file, builds, runs the tests, and counts the changes that no test sees.
 
     scripts/mutate.py [--count N] [--minutes M] [--seed S] [--march LEVEL] [--tests BUILD] [--quick]
-                      [--work FOLDER] [--list] [FILE...]
+                      [--again LOG] [--work FOLDER] [--list] [FILE...]
 
 Files are those below src/, all but the Windows and the load parts by default. A copy of the sources is built in
 FOLDER (default: a temporary one, which goes away), once as a whole and then object by object; the change and what
@@ -72,6 +72,13 @@ def all_mutations(files):
                 yield path.relative_to(ROOT), number, line, changed, what
 
 
+def suites_of(room):
+    """A filter for the test suites in the folder of tests that has the room's name."""
+    suites = {name for file in (ROOT / "tests" / room).glob("*.cpp")
+              for name in re.findall(r"^TEST(?:_[FP])?\((\w+),", file.read_text(), re.MULTILINE)}
+    return ":".join(f"*{name}*" for name in sorted(suites)) or "*"
+
+
 class Copy:
     """A built copy of the sources."""
 
@@ -102,10 +109,11 @@ class Copy:
         objects = sorted(self.build.glob("src/CMakeFiles/quorvane_objects_baseline.dir/*/*.o"))
         return hashlib.sha256(b"".join(file.read_bytes() for file in objects)).digest()
 
-    def test(self, seconds):
+    def test(self, seconds, room=None):
         # The functions against the reference first, which is quick and sees most; they call the library that is
-        # built already. The tests of internals include its headers.
+        # built already. Then the tests of the room that was changed. The tests of internals include its headers.
         return (self.run(seconds, "entry_tests", "--gtest_filter=*EveryEntry*") and (self.quick or
+                (room is None or self.run(seconds, "entry_tests", f"--gtest_filter={suites_of(room)}")) and
                 self.run(seconds, "entry_tests", "--gtest_filter=-*EveryEntry*:*Concurrency*:*Level*") and
                 (self.tests is not None or
                  self.make("internal_tests_baseline") and self.run(seconds, "internal_tests_baseline"))))
@@ -143,6 +151,8 @@ def main():
                         help="take the entry tests of a build that there is, and leave the internal ones out")
     parser.add_argument("--quick", action="store_true",
                         help="run the tests of all functions in one shape alone; survivors want another run")
+    parser.add_argument("--again", type=Path, metavar="LOG",
+                        help="take the survivors that an earlier run printed, for a run with more tests")
     parser.add_argument("--verbose", action="store_true", help="print the counts after each mutation")
     parser.add_argument("--list", action="store_true", help="print the mutations, run none")
     told = parser.parse_args()
@@ -150,6 +160,9 @@ def main():
     files = [file.resolve() for file in told.files] or sorted(
         file for suffix in ("cpp", "h") for file in ROOT.glob(f"src/**/*.{suffix}") if not LEFT_OUT.search(str(file)))
     mutations = list(all_mutations(files))
+    if told.again:
+        printed = {line.strip() for line in told.again.read_text().splitlines()}
+        mutations = [m for m in mutations if f"{m[0]}:{m[1] + 1}: {m[4]}" in printed]
     random.Random(told.seed).shuffle(mutations)
     if told.list:
         for path, number, _, _, what in sorted(mutations, key=lambda m: (str(m[0]), m[1])):
@@ -174,7 +187,7 @@ def main():
         file.write_text("\n".join(lines) + "\n")
         if copy.library() in (None, original):
             counts["nothing"] += 1
-        elif not copy.test(told.seconds):
+        elif not copy.test(told.seconds, path.parts[1]):
             counts["seen"] += 1
         elif key_of(path, line, what) in equivalent:
             counts["equivalent"] += 1

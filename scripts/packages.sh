@@ -28,3 +28,8 @@ install_packages() {
 
 build_packages=(g++ cmake ninja-build libcli11-dev libpng-dev libtiff-dev)
 test_packages=(libgtest-dev nlohmann-json3-dev valgrind binutils python3)
+# The Python module, the GStreamer elements, the examples with Dask and Aravis, and their tests; all of it is left out
+# where these are missing. Aravis' pkg-config file wants libusb.
+binding_packages=(pybind11-dev python3-dev python3-numpy python3-pytest mypy python3-dask python3-distributed
+  python3-psutil pkg-config libgstreamer-plugins-base1.0-dev gstreamer1.0-tools gstreamer1.0-plugins-base
+  gstreamer1.0-plugins-good gstreamer1.0-plugins-bad libaravis-dev libusb-1.0-0-dev aravis-tools)

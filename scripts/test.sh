@@ -7,6 +7,7 @@ source scripts/packages.sh
 
 preset=${1:-dev}
 install_packages "${build_packages[@]}" "${test_packages[@]}"
+[[ $preset == dev ]] && install_packages "${binding_packages[@]}"
 cmake --preset "$preset" -DQUORVANE_BUILD_TOOLS=ON -DQUORVANE_BUILD_TESTS=ON
 cmake --build --preset "$preset"
 ctest --preset "$preset" -j "$(nproc)" --no-tests=error

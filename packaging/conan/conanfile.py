@@ -36,6 +36,8 @@ class QuorvaneConan(ConanFile):
         toolchain.cache_variables["QUORVANE_BUILD_TOOLS"] = bool(self.options.tools)
         toolchain.cache_variables["QUORVANE_BUILD_TESTS"] = False
         toolchain.cache_variables["QUORVANE_BUILD_BENCH"] = False
+        toolchain.cache_variables["QUORVANE_BUILD_PYTHON"] = False
+        toolchain.cache_variables["QUORVANE_BUILD_GSTREAMER"] = False
         toolchain.generate()
         CMakeDeps(self).generate()
 

@@ -1,5 +1,5 @@
-# libquorvane2, libquorvane-dev, quorvane-tools and, where the Python module is installed as component `python`,
-# python3-quorvane. Configure with -DCMAKE_INSTALL_PREFIX=/usr, build, then run `cpack -G DEB`.
+# libquorvane2, libquorvane-dev, quorvane-tools and, where they are built, python3-quorvane (component `python`) and
+# gstreamer1.0-quorvane (component `gstreamer`). Configure with -DCMAKE_INSTALL_PREFIX=/usr, build, then run `cpack -G DEB`.
 set(packages runtime:libquorvane2 development:libquorvane-dev)
 if(TARGET qvn)
   list(APPEND packages tools:quorvane-tools)
@@ -7,6 +7,9 @@ endif()
 get_cmake_property(installed COMPONENTS)
 if(python IN_LIST installed)
   list(APPEND packages python:python3-quorvane)
+endif()
+if(gstreamer IN_LIST installed)
+  list(APPEND packages gstreamer:gstreamer1.0-quorvane)
 endif()
 
 # The symbols of the library with the version that brought them.
@@ -63,9 +66,20 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libquorvane2 ${same_version}")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
   "${PROJECT_DESCRIPTION}, command-line tool\nqvn converts raw frames of cameras to pictures and shows what each method makes of them.")
+get_property(python_version GLOBAL PROPERTY QUORVANE_PYTHON_VERSION)
+if(python_version MATCHES "^3\\.([0-9]+)")
+  math(EXPR next "${CMAKE_MATCH_1} + 1")
+  set(python_version "python3 (>= 3.${CMAKE_MATCH_1}~), python3 (<< 3.${next}), ")
+else()
+  set(python_version "python3, ")
+endif()
 set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-quorvane)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
-set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "libquorvane2 ${same_version}, python3, python3-numpy")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "libquorvane2 ${same_version}, ${python_version}python3-numpy")
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION
   "${PROJECT_DESCRIPTION}, Python module\nConversions of numpy arrays.")
+set(CPACK_DEBIAN_GSTREAMER_PACKAGE_NAME gstreamer1.0-quorvane)
+set(CPACK_DEBIAN_GSTREAMER_PACKAGE_DEPENDS "libquorvane2 ${same_version}")
+set(CPACK_COMPONENT_GSTREAMER_DESCRIPTION
+  "${PROJECT_DESCRIPTION}, GStreamer elements\nqvndemosaic and qvnconvert turn frames of cameras into video within a pipeline.")
 include(CPack)

@@ -130,6 +130,26 @@ if [[ -x $work/moved/bin/qvn ]]; then
   holds quorvane-tools usr/bin/qvn usr/share/man/man1/qvn.1.gz
 fi
 
+# What was not built is in no package.
+if ls "$work/debs/python3-quorvane_"* >/dev/null 2>&1; then
+  holds python3-quorvane usr/lib/python3/dist-packages/quorvane/__init__.py usr/lib/python3/dist-packages/quorvane/py.typed
+  (cd "$work" && PYTHONPATH=$work/fresh/usr/lib/python3/dist-packages /usr/bin/python3 - "$work/fresh/usr" <<'PYTHON'
+import sys
+import numpy
+import quorvane
+assert quorvane.convert(numpy.zeros((4, 6), numpy.uint8), source="raw8").shape == (4, 6, 3)
+assert sys.argv[1] in str(quorvane.build_info()), quorvane.build_info()
+PYTHON
+  ) || fail "the Python module of the package"
+fi
+if ls "$work/debs/gstreamer1.0-quorvane_"* >/dev/null 2>&1; then
+  holds gstreamer1.0-quorvane "usr/lib/$triplet/gstreamer-1.0/libgstquorvane.so"
+  if command -v gst-inspect-1.0 >/dev/null; then
+    GST_REGISTRY=$work/registry gst-inspect-1.0 "$work/fresh/usr/lib/$triplet/gstreamer-1.0/libgstquorvane.so" |
+      grep -q qvndemosaic || fail "the GStreamer elements of the package"
+  fi
+fi
+
 # control PACKAGE: its control files, unpacked.
 control() {
   rm -rf "$work/control"
