@@ -13,6 +13,10 @@
 // What each conversion does stands in quorvane.h, beside the function that it is named after.
 #pragma once
 
+#if __cplusplus < 202002L && (!defined(_MSVC_LANG) || _MSVC_LANG < 202002L)
+#error "quorvane.hpp needs C++20, such as -std=c++20"
+#endif
+
 #include "quorvane/conversions.hpp"  // IWYU pragma: export
 #include "quorvane/convert.hpp"      // IWYU pragma: export
 #include "quorvane/utilities.hpp"    // IWYU pragma: export

@@ -29,6 +29,12 @@ bool allows(const GstStructure* fields, const char* name) {
   return allowed;
 }
 
+/// Of a frame. Its last line may lack the padding: whoever cuts lines out of larger ones may end there.
+std::size_t padded_bytes(const Plan& plan) {
+  const std::size_t line = frame_bytes(*find_format(plan.input.format), {plan.size.width, 1});
+  return plan.pitch * (plan.size.height - 1) + line;
+}
+
 }  // namespace
 
 GstCaps* Converter::pictures_of(const GstCaps* frames) const {
@@ -114,7 +120,7 @@ void Converter::convert(GstBuffer* picture, GstBuffer* frame) {
       meta != nullptr && meta->n_planes == 1 && meta->stride[0] > 0) {
     start = std::min<std::size_t>(meta->offset[0], from.size());
     pitch = static_cast<std::size_t>(meta->stride[0]);
-  } else if (from.size() < pitch * plan_.size.height) {
+  } else if (!plan_.pitch_is_told && from.size() < padded_bytes(plan_)) {
     pitch = 0;
   }
   const Source src(from.data() + start, from.size() - start, pitch);

@@ -25,7 +25,8 @@ struct Plan {
   const Output* output = nullptr;
   const Way* way = nullptr;
   Size size;
-  std::size_t pitch = 0;  ///< of the frames; those too short for it have lines without padding
+  std::size_t pitch = 0;       ///< of the frames
+  bool pitch_is_told = false;  ///< else frames that are too short for it have lines without padding
   std::optional<Correction> correction;
   std::optional<ClampedMatrix> matrix;
   std::size_t bands = 1;

@@ -108,7 +108,8 @@ class Demosaic : public Converter {
     const Settings now = settings();
     const Format& format = *find_format(plan.input.format);
     const std::size_t line = frame_bytes(format, {plan.size.width, 1});
-    plan.pitch = now.pitch != 0 ? now.pitch : (line + 3) / 4 * 4;
+    plan.pitch_is_told = now.pitch != 0;
+    plan.pitch = plan.pitch_is_told ? now.pitch : (line + 3) / 4 * 4;
     plan.bands = now.threads;
     if (now.matrix.empty()) {
       return;

@@ -142,6 +142,8 @@ def test_refusals(project, environment, frames, tmp_path):
     (frames / "frame_0000.bin").write_bytes(b"")
     done = run(environment, *command(project, frames, tmp_path / "pictures"))
     assert done.returncode == 2 and "two frames would have the same picture" in done.stderr
+    done = run(environment, *command(project, tmp_path / "missing", tmp_path / "pictures"))
+    assert done.returncode == 2 and "expected a folder of frames, found no folder" in done.stderr
 
 
 def workers_of(process):

@@ -23,6 +23,7 @@ RAW8 = np.zeros((8, 16), np.uint8)
      (RAW8.astype(">u2"), "y16le"), {}),
     (ValueError, "unknown source 'raw9', expected raw16, y16, raw8, raw12packed,", (RAW8, "raw9"), {}),
     (ValueError, "unknown pattern 'rgb', expected rggb, gbrg, grbg or bggr", (RAW8, "raw8", "rgb"), {}),
+    (TypeError, "expected a name as a string, found 1", (RAW8, "raw8", 1), {}),
     (ValueError, "raw8: unknown method '4x4', expected 2x2, 3x3, ", (RAW8, "raw8"), {"method": "4x4"}),
     (ValueError, "raw8: unknown target 'bgr16', expected bgr, grey-bgr", (RAW8, "raw8"), {"target": "bgr16"}),
     (ValueError, "unknown alignment 'left', expected low or top", (RAW8.astype("<u2"), "y16"),
@@ -117,6 +118,12 @@ def test_errors_know_their_status_and_can_be_pickled():
     assert quorvane.status_text(caught.value.status) in str(caught.value)
     again = pickle.loads(pickle.dumps(caught.value))
     assert (type(again), str(again), again.status) == (quorvane.Error, str(caught.value), caught.value.status)
+
+
+def test_objects_that_were_never_made():
+    for name, maker in (("correction", quorvane.Correction), ("matrix", quorvane.ClampedMatrix)):
+        with pytest.raises(TypeError, match="found one that was never made"):
+            quorvane.convert(RAW8, "raw8", **{name: maker.__new__(maker)})
 
 
 def test_families_say_what_they_take():

@@ -6,6 +6,9 @@ namespace quorvane::python {
 namespace {
 
 std::string_view text_of(PyObject* value) {
+  if (PyUnicode_Check(value) == 0) {
+    throw py::type_error("expected a name as a string, found " + std::string(py::repr(value)));
+  }
   Py_ssize_t length = 0;
   const char* const text = PyUnicode_AsUTF8AndSize(value, &length);
   if (text == nullptr) {
@@ -62,6 +65,10 @@ const T* object_of(PyObject* value, const char* expected) {
   }
   if (!py::isinstance<T>(value)) {
     throw py::type_error(std::string("expected ") + expected + ", found " + Py_TYPE(value)->tp_name);
+  }
+  // __new__ alone makes an object of no value, which a cast would fill with whatever lies in new memory.
+  if (!reinterpret_cast<py::detail::instance*>(value)->get_value_and_holder().holder_constructed()) {
+    throw py::type_error(std::string("expected ") + expected + ", found one that was never made");
   }
   return py::handle(value).cast<const T*>();
 }

@@ -123,8 +123,10 @@ class DemosaicTest(PipelineTest):
         lines = [frame[y * width:(y + 1) * width] for y in range(height)]
         ours = self.demosaic("format=rggb", "BGR", width, height)
         for name, pitch, properties in (("words.raw", padded(width), ()), ("far.raw", 100, ("pitch=100",))):
-            self.write(name, b"".join(line + b"\xa5" * (pitch - width) for line in lines))
-            self.assertEqual(self.demosaic("format=rggb", "BGR", width, height, *properties, frame=name), ours)
+            padding = b"\xa5" * (pitch - width)
+            for last in (padding, b""):  # the last line's own may be missing
+                self.write(name, padding.join(lines) + last)
+                self.assertEqual(self.demosaic("format=rggb", "BGR", width, height, *properties, frame=name), ours)
 
     def test_matrices(self):
         width, height = 62, 34
@@ -200,6 +202,8 @@ class DemosaicTest(PipelineTest):
                              says="bits: expected 10 or 12 to 16, found 11")
         self.refuse_pipeline(*start, "!", "qvndemosaic", "pitch=60", "!", "fakesink",
                              says="expected lines of the source at least 64 bytes apart, found 60")
+        self.refuse_pipeline(*start, "!", "qvndemosaic", "pitch=68", "!", "fakesink",
+                             says="expected a source of 48 lines, 68 bytes apart, found 3072")
         self.refuse_pipeline(*start, "!", "qvndemosaic", "samples=16le", "!", "fakesink", says="expected a source of")
         self.refuse_pipeline(*source(64, 47), "!", "qvndemosaic", "method=lcaa", "!", "fakesink",
                              says="expected a height that is a multiple of 2, found 64x47")
