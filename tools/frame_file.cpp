@@ -121,9 +121,10 @@ FrameReader::FrameReader(const FrameOptions& options)
         input_.length() && !options.many ? guess_size(options.path, *input_.length(), *told_) : std::nullopt;
     if (!guess) {
       throw Failure(input_.name() + " has no header: expected --size WIDTHxHEIGHT, found none" +
-                    (input_.length() ? ", and no usual size of " + std::string(told_->name) + " has " +
-                                           std::to_string(*input_.length()) + " bytes"
-                                     : ""));
+                    (input_.length()
+                         ? "; no size in its name and no usual size of " + std::string(told_->name) +
+                               " has " + std::to_string(*input_.length()) + " bytes"
+                         : ""));
     }
     size_ = guess->size;
     guess_ = input_.name() + " is taken for " + to_text(size_) + ", " + guess->reason + "; --size says it";

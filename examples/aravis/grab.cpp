@@ -1,10 +1,13 @@
 // Frames from a camera, GigE Vision or USB3 Vision, through Aravis: grabbed, converted, saved. PREFIX0.ppm is
 // the first picture and PREFIX0.raw the frame that it was made of, for `qvn convert`, and so on.
 //
-//     grab PREFIX [FRAMES [CAMERA [PIXEL_FORMAT]]]
+//     c++ -std=c++20 -O2 grab.cpp -o grab $(pkg-config --cflags --libs aravis-0.8 quorvane)
+//     ./grab PREFIX [FRAMES [CAMERA [PIXEL_FORMAT]]]
 //
 // CAMERA is a name that arv-tool-0.8 prints, or an address; without one, the first that is found. Without a
-// camera at hand, `arv-fake-gv-camera-0.8 -i 127.0.0.1 &` makes one at 127.0.0.1.
+// camera at hand, `arv-fake-gv-camera-0.8 -i 127.0.0.1 &` makes one, for `./grab first 1 127.0.0.1 BayerRG8`.
+// Debian has the library in libaravis-dev (with libusb-1.0-0-dev), the tool in aravis-tools-cli, the made-up
+// camera in aravis-tools.
 #include <arv.h>
 
 #include <algorithm>
@@ -35,6 +38,7 @@ const std::array kKnown{
     Known{ARV_PIXEL_FORMAT_MONO_8, "y8"},
     Known{ARV_PIXEL_FORMAT_MONO_10, "y16le", 10},
     Known{ARV_PIXEL_FORMAT_MONO_12, "y16le", 12},
+    Known{ARV_PIXEL_FORMAT_MONO_14, "y16le", 14},
     Known{ARV_PIXEL_FORMAT_MONO_12_PACKED, "y12p"},
     Known{ARV_PIXEL_FORMAT_MONO_16, "y16le"},
     Known{ARV_PIXEL_FORMAT_BAYER_RG_8, "raw8", 16, Pattern::kRggb},
@@ -53,6 +57,10 @@ const std::array kKnown{
     Known{ARV_PIXEL_FORMAT_BAYER_GB_12_PACKED, "raw12packed", 16, Pattern::kGbrg},
     Known{ARV_PIXEL_FORMAT_BAYER_GR_12_PACKED, "raw12packed", 16, Pattern::kGrbg},
     Known{ARV_PIXEL_FORMAT_BAYER_BG_12_PACKED, "raw12packed", 16, Pattern::kBggr},
+    Known{ARV_PIXEL_FORMAT_BAYER_RG_12P, "raw12p", 16, Pattern::kRggb},
+    Known{ARV_PIXEL_FORMAT_BAYER_GB_12P, "raw12p", 16, Pattern::kGbrg},
+    Known{ARV_PIXEL_FORMAT_BAYER_GR_12P, "raw12p", 16, Pattern::kGrbg},
+    Known{ARV_PIXEL_FORMAT_BAYER_BG_12P, "raw12p", 16, Pattern::kBggr},
     Known{ARV_PIXEL_FORMAT_BAYER_RG_16, "raw16le", 16, Pattern::kRggb},
     Known{ARV_PIXEL_FORMAT_BAYER_GB_16, "raw16le", 16, Pattern::kGbrg},
     Known{ARV_PIXEL_FORMAT_BAYER_GR_16, "raw16le", 16, Pattern::kGrbg},
@@ -98,7 +106,8 @@ void save(ArvBuffer* buffer, const std::string& prefix) {
   const auto* const known =
       std::find_if(kKnown.begin(), kKnown.end(), [&](const Known& row) { return row.code == code; });
   if (known == kKnown.end()) {
-    throw std::runtime_error("no conversion for the camera's pixel format, number " + std::to_string(code));
+    throw std::runtime_error("no conversion for the camera's pixel format, number " + std::to_string(code) +
+                             "; another one may be named behind the camera");
   }
   const quorvane::Frame frame{known->format,
                               {static_cast<std::uint32_t>(arv_buffer_get_image_width(buffer)),
@@ -142,7 +151,9 @@ void grab(const std::string& prefix, unsigned long frames, const char* name, con
   for (unsigned long i = 0; i < frames;) {
     ArvBuffer* const buffer = arv_stream_timeout_pop_buffer(stream.get(), kPatience);
     if (buffer == nullptr) {
-      throw std::runtime_error("the camera sends nothing");
+      throw std::runtime_error(
+          "the camera sends nothing; a firewall may keep its packets out, or its address is not of this "
+          "network");
     }
     const Owned<ArvBuffer> returned(ARV_BUFFER(g_object_ref(buffer)));
     if (arv_buffer_get_status(buffer) == ARV_BUFFER_STATUS_SUCCESS) {  // else a packet was lost

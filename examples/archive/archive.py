@@ -131,6 +131,9 @@ def main() -> int:
         print(f"archive: a PNG cannot hold target {told.target}, expected --format npy", file=sys.stderr)
         return 2
 
+    if not told.frames.is_dir():
+        print(f"archive: expected a folder of frames, found no folder {told.frames}", file=sys.stderr)
+        return 2
     frames = sorted(path.resolve() for path in told.frames.iterdir()
                     if path.is_file() and not path.name.startswith("."))
     told.pictures.mkdir(parents=True, exist_ok=True)
@@ -144,7 +147,11 @@ def main() -> int:
 
     jobs = [(frame, picture, options) for frame, picture in zip(frames, pictures)
             if not is_finished(frame, picture)]
-    failures = [answer for answer in (run(jobs, told.on, told.workers) if jobs else []) if answer]
+    try:
+        failures = [answer for answer in (run(jobs, told.on, told.workers) if jobs else []) if answer]
+    except OSError as error:  # no scheduler at that address
+        print(f"archive: {told.on}: {error}", file=sys.stderr)
+        return 2
     for left in folder.glob(".*" + PART):  # of a worker that was lost
         left.unlink()
     for failure in failures:

@@ -258,6 +258,8 @@ class Guesses(ToolTest):
     def test_none(self):
         self.write("frame.raw", bytes(307201))
         self.refuse("convert", "frame.raw", "a.ppm", "--from", "raw8", says=["--size", "no usual size", "307201"])
+        self.write("half_640x480.raw", bytes(153601))
+        self.refuse("convert", "half_640x480.raw", "a.ppm", "--from", "raw8", says=["no size in its name", "153601"])
         self.write("frame.raw", bytes(307200))
         self.refuse("convert", "frame.raw", "a.ppm", says=["--from", "--size", "it could be raw8 640x480"])
         self.refuse("convert", "-", "a.ppm", "--from", "raw8", data=bytes(307200), says=["standard input", "--size"])
