@@ -132,7 +132,7 @@ TEST(Rgb8ToY8, EveryColour) {
 /// Rows of several strips, with stretches of grey among noise, apart and in place.
 TEST(Rgb8ToY8, LongRows) {
   support::Random random(4);
-  for (const size_t n : {2047, 2082, 2113, 4160, 7001}) {
+  for (const size_t n : {2047U, 2082U, 2113U, 4160U, 7001U}) {
     std::vector<uint8_t> src(3 * n), expected(n), actual(n);
     random.fill(src.data(), src.size());
     for (size_t i = 0; i < src.size(); ++i) {
