@@ -195,7 +195,7 @@ Demosaic& demosaic_of(GObject* object) {
   return *static_cast<Demosaic*>(reinterpret_cast<QvnConverter*>(object)->converter);
 }
 
-void set_property(GObject* object, guint property, const GValue* value, GParamSpec* specification) {
+void set_property(GObject* object, guint property, const GValue* value, GParamSpec* description) {
   demosaic_of(object).change([&](Settings& settings) {
     switch (property) {
       case kMethod:
@@ -222,13 +222,13 @@ void set_property(GObject* object, guint property, const GValue* value, GParamSp
         settings.threads = g_value_get_uint(value);
         break;
       default:
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, property, specification);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, property, description);
     }
   });
   gst_base_transform_reconfigure_src(GST_BASE_TRANSFORM(object));
 }
 
-void get_property(GObject* object, guint property, GValue* value, GParamSpec* specification) {
+void get_property(GObject* object, guint property, GValue* value, GParamSpec* description) {
   const Settings settings = demosaic_of(object).settings();
   switch (property) {
     case kMethod:
@@ -253,7 +253,7 @@ void get_property(GObject* object, guint property, GValue* value, GParamSpec* sp
       g_value_set_uint(value, settings.threads);
       break;
     default:
-      G_OBJECT_WARN_INVALID_PROPERTY_ID(object, property, specification);
+      G_OBJECT_WARN_INVALID_PROPERTY_ID(object, property, description);
   }
 }
 

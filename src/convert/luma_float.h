@@ -98,8 +98,7 @@ struct TwoHundredfoldLuma {
     if constexpr (kBytePermutes) {
       const auto weights = constant<SignedBytes, places::in_fours<21, 72, 7, 0>>();
       const auto sums = [=](size_t i) {
-        const Bytes pixels = permute_blocks(load_threes(packed + 3 * kFoursPixels * i),
-                                            constant<Bytes, places::rgbg_of_threes>());
+        const Bytes pixels = load_threes_as_rgbg(packed + 3 * kFoursPixels * i);
         return multiply_add_pairs(multiply_add_pairs(pixels, weights), SignedWords{} + int16_t{2});
       };
       first = narrow_to_unsigned_words(sums(0), sums(1));

@@ -224,13 +224,6 @@ constexpr int every_other_block(int i) {
   return i / 16 * 32 + Odd * 16 + i % 16;
 }
 
-// And back: the lower and the upper half of what every_other_block took apart.
-template <int Upper>
-constexpr int alternate_blocks(int i) {
-  const int block = i / 16 + Upper * (kLaneBytes / 16);
-  return (block % 2) * kLaneBytes + block / 2 * 16 + i % 16;
-}
-
 constexpr int first_of_pair(int i) { return i / 2 * 2; }
 constexpr int second_of_pair(int i) { return i / 2 * 2 + 1; }
 constexpr int other_of_pair(int i) { return i ^ 1; }
