@@ -15,7 +15,7 @@ fuzzers=(entries tool)
 install_packages "${build_packages[@]}" "${test_packages[@]}" clang
 
 march=""
-/lib64/ld-linux-x86-64.so.2 --help 2>/dev/null | grep -q 'x86-64-v3 (supported' && march=x86-64-v3
+if grep -q 'x86-64-v3 (supported' <<<"$(/lib64/ld-linux-x86-64.so.2 --help 2>/dev/null)"; then march=x86-64-v3; fi
 cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
   -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DQUORVANE_FUZZ=ON -DQUORVANE_ARCH="$march" \
   -DQUORVANE_SANITIZE=address,undefined,fuzzer-no-link -DQUORVANE_BUILD_BENCH=OFF

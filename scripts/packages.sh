@@ -4,7 +4,7 @@
 install_packages() {
   local missing=() name runner=()
   for name in "$@"; do
-    dpkg-query -W -f '${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || missing+=("$name")
+    [[ $(dpkg-query -W -f '${Status}' "$name" 2>/dev/null) == 'install ok installed' ]] || missing+=("$name")
   done
   [[ ${#missing[@]} -eq 0 ]] && return
   if ! command -v apt-get >/dev/null; then
@@ -27,7 +27,7 @@ install_packages() {
 }
 
 build_packages=(g++ cmake ninja-build libcli11-dev libpng-dev libtiff-dev)
-test_packages=(libgtest-dev nlohmann-json3-dev valgrind binutils python3)
+test_packages=(libgtest-dev nlohmann-json3-dev valgrind binutils python3 zsh fish)
 # The Python module, the GStreamer elements, the examples with Dask and Aravis, and their tests; all of it is left out
 # where these are missing. Aravis' pkg-config file wants libusb.
 binding_packages=(pybind11-dev python3-dev python3-numpy python3-pytest mypy python3-dask python3-distributed

@@ -28,6 +28,14 @@ if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
     install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/debian/copyright DESTINATION ${directory} COMPONENT ${component})
     quorvane_install_compressed(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog ${directory} ${component})
   endforeach()
+  set(examples ${PROJECT_SOURCE_DIR}/examples)
+  install(FILES ${examples}/quick.c ${examples}/minimal.c ${examples}/correction.c ${examples}/checked.cpp
+    ${examples}/grab_loop.cpp
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libquorvane-dev/examples COMPONENT development)
+  if(python IN_LIST installed)
+    install(FILES ${examples}/quick.py ${examples}/archive/archive.py
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-quorvane/examples COMPONENT python)
+  endif()
 endif()
 
 set(CPACK_GENERATOR DEB)

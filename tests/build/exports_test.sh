@@ -14,7 +14,7 @@ if [[ "$declared" != "$exported" ]]; then
 fi
 count=$(echo "$exported" | wc -l)
 [[ $count -eq 76 ]] || { echo "$library exports $count functions instead of 76"; exit 1; }
-readelf -n "$library" | grep -q Quorvane || { echo "$library has no version note"; exit 1; }
+grep -q Quorvane <<<"$(readelf -n "$library")" || { echo "$library has no version note"; exit 1; }
 needed=$(readelf -d "$library" | grep NEEDED | grep -vE '\[(libc|libm|libstdc\+\+|libgcc_s|ld-linux-x86-64|ld-linux-aarch64)\.so' || true)
 if [[ -n $needed && -z ${QVN_SANITIZED:-} ]]; then
   echo "$library needs more than the runtimes:"

@@ -125,9 +125,10 @@ fi
 holds libquorvane2 "usr/lib/$triplet/libquorvane.so.2" "${levels[@]}"
 holds libquorvane-dev usr/include/quorvane/quorvane.h usr/include/quorvane.hpp usr/include/quorvane/call.hpp \
   "usr/lib/$triplet/libquorvane.so" "usr/lib/$triplet/libquorvane.a" "usr/lib/$triplet/pkgconfig/quorvane.pc" \
-  "usr/lib/$triplet/cmake/Quorvane/QuorvaneConfig.cmake" usr/share/man/man7/quorvane.7.gz
+  "usr/lib/$triplet/cmake/Quorvane/QuorvaneConfig.cmake" usr/share/man/man7/quorvane.7.gz usr/share/doc/libquorvane-dev/examples/quick.c
 if [[ -x $work/moved/bin/qvn ]]; then
-  holds quorvane-tools usr/bin/qvn usr/share/man/man1/qvn.1.gz
+  holds quorvane-tools usr/bin/qvn usr/share/man/man1/qvn.1.gz usr/share/bash-completion/completions/qvn \
+    usr/share/zsh/vendor-completions/_qvn usr/share/fish/vendor_completions.d/qvn.fish
 fi
 
 # What was not built is in no package.
@@ -145,8 +146,10 @@ fi
 if ls "$work/debs/gstreamer1.0-quorvane_"* >/dev/null 2>&1; then
   holds gstreamer1.0-quorvane "usr/lib/$triplet/gstreamer-1.0/libgstquorvane.so"
   if command -v gst-inspect-1.0 >/dev/null; then
-    GST_REGISTRY=$work/registry gst-inspect-1.0 "$work/fresh/usr/lib/$triplet/gstreamer-1.0/libgstquorvane.so" |
-      grep -q qvndemosaic || fail "the GStreamer elements of the package"
+    # Read whole: a program whose reader has gone fails.
+    grep -q qvndemosaic \
+      <<<"$(GST_REGISTRY=$work/registry gst-inspect-1.0 "$work/fresh/usr/lib/$triplet/gstreamer-1.0/libgstquorvane.so")" ||
+      fail "the GStreamer elements of the package"
   fi
 fi
 

@@ -112,19 +112,64 @@ class Completion(ToolTest):
             offered = set(self.complete(name, "-"))
             self.assertEqual({option for option in offered if option.startswith("--")}, told, name)
 
+    def zsh(self, line):
+        """What an interactive zsh with the script lists as that which may follow."""
+        self.write("start.zsh", b"""
+autoload -U compinit && compinit -u -D && source completion.zsh
+LISTMAX=10000 LINES=500 COLUMNS=200
+list() { zle list-choices; zle -R; print DONE }
+zle -N list
+bindkey '^I' list
+""")
+        self.write("completion.zsh", self.run_tool("completion", "zsh"))
+        program = """
+zmodload zsh/zpty
+zpty shell 'PS1= zsh -f -i'
+zpty -w shell 'source start.zsh; print REA""DY'
+zpty -r -m shell out '*READY*'
+zpty -w -n shell "$1"$'\\t'
+zpty -r -m shell out '*DONE*'
+print -r -- $out
+"""
+        done = subprocess.run(["zsh", "-f", "-c", program, "zsh", line], capture_output=True, cwd=self.folder,
+                              env={"HOME": str(self.folder), "PATH": "/usr/bin:/bin", "TERM": "xterm"}, check=True,
+                              timeout=60)
+        return re.sub(r"\x1b\[[0-9;?]*[a-zA-Z]", "", done.stdout.decode())
+
+    @unittest.skipUnless(shutil.which("zsh"), "needs zsh")
     def test_zsh(self):
-        script = self.run_tool("completion", "zsh").decode()
-        self.assertIn("bashcompinit", script)
-        if shutil.which("zsh") is None:
-            self.skipTest("no zsh here")
-        done = subprocess.run(["zsh", "-f", "-c", "autoload -U compinit && compinit -u\n" + script +
-                               "\nwords=(qvn con)\necho ${_comps[qvn]}"], capture_output=True, cwd=self.folder,
-                              env={"HOME": str(self.folder), "PATH": "/usr/bin:/bin"}, check=True)
-        self.assertIn(b"_qvn", done.stdout)
+        subcommands = self.zsh("qvn ")
+        for name, about in (("convert", "Convert a frame"), ("completion", "Print a completion script")):
+            self.assertRegex(subcommands, name + " +-- " + about)
+        options = self.zsh("qvn convert --")
+        self.assertRegex(options, "--from +-- Source format")
+        self.assertRegex(options, "--show-recipe +-- Print the recipe")
+        self.assertIn("raw12csi2", self.zsh("qvn convert --from raw12"))
+        self.assertRegex(self.zsh("qvn convert a b --pattern=g"), "gbrg +grbg|grbg +gbrg")
+        self.write("frame.raw", b"")
+        self.assertIn("frame.raw", self.zsh("qvn convert fr"))
+
+    def fish(self, line):
+        script = self.run_tool("completion", "fish").decode()
+        done = subprocess.run(["fish", "--no-config", "-c", "%s\ncomplete -C '%s'" % (script, line)], capture_output=True,
+                              cwd=self.folder, env={"HOME": str(self.folder), "PATH": "/usr/bin:/bin"}, check=True)
+        self.assertEqual(done.stderr, b"")
+        return done.stdout.decode().splitlines()
+
+    @unittest.skipUnless(shutil.which("fish"), "needs fish")
+    def test_fish(self):
+        self.assertEqual(self.fish("qvn conv"), ["convert\tConvert a frame to a picture, or many"])
+        self.assertIn("--from\tSource format, see qvn formats", self.fish("qvn convert --fr"))
+        self.assertEqual(self.fish("qvn formats --fr"), [])
+        found = [line.split("\t")[0] for line in self.fish("qvn convert --from raw12")]
+        self.assertEqual(sorted(found), ["raw12csi2", "raw12p", "raw12packed"])
+        self.write("frame.raw", b"")
+        self.assertIn("frame.raw", self.fish("qvn convert fr"))
+        self.assertIn("frame.raw", self.fish("qvn convert --table fr"))
 
     def test_refusals(self):
         self.refuse("completion", says=["SHELL"])
-        self.refuse("completion", "fish", says=["bash or zsh", "'fish'"])
+        self.refuse("completion", "csh", says=["bash, zsh or fish", "'csh'"])
 
 
 if __name__ == "__main__":
