@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdio>
 
+#include "camera_names.h"
 #include "conversions.h"
 #include "failure.h"
 #include "formats.h"
@@ -76,6 +77,29 @@ std::string list_conversions(const std::vector<const Conversion*>& conversions) 
   return row == nullptr ? "" : text + "\n";
 }
 
+/// The first of an order stands for all four.
+std::string list_camera_names() {
+  std::string text = "\nNames of cameras and drivers, which --from and --format take too\n";
+  std::string row;
+  std::string meaning;
+  for (const CameraName& known : camera_names()) {
+    if (!known.pattern.empty() && known.pattern != "rggb") {
+      continue;
+    }
+    std::string means(known.format);
+    means += known.bits.empty() ? "" : " --bits " + std::string(known.bits);
+    means += known.pattern.empty() ? "" : " --pattern rggb";
+    if (means != meaning && !row.empty()) {
+      text += "  " + padded(row, 34) + meaning + "\n";
+      row.clear();
+    }
+    append_part(row, ", ", known.name);
+    meaning = means;
+  }
+  text += "  " + padded(row, 34) + meaning + "\n";
+  return text + "  and so with GR, GB, BG and GRBG, GBRG, BGGR for the other orders\n";
+}
+
 }  // namespace
 
 std::string list_formats() {
@@ -100,6 +124,7 @@ std::string list_formats() {
     text += "\n";
     text += list_conversions(conversions);
   }
+  text += list_camera_names();
   text += "\nTargets (--to)\n";
   for (const Target& target : targets()) {
     text += "  " + padded(target.name, 10) + std::string(target.about) + "\n";

@@ -3,8 +3,10 @@
 #include <cmath>
 #include <memory>
 
+#include "camera_names.h"
 #include "failure.h"
 #include "formats.h"
+#include "frame_file.h"
 #include "options.h"
 #include "scene.h"
 
@@ -39,7 +41,8 @@ double parse_noise(const std::string& text) {
   return noise;
 }
 
-void run(const Chart& chart) {
+void run(Chart& chart) {
+  resolve_camera_name(chart.frame);
   const SourceFormat& format = find_format(chart.frame.format);
   const Pattern& pattern = find_pattern(chart.frame.pattern);
   const SampleForm form = parse_form(format, chart.frame.bits, chart.frame.align);
@@ -66,7 +69,7 @@ Command chart_command() {
   return {"chart", "Make a test frame as a camera would send it",
           joined({output_options(chart->output, {"raw", "pgm", "ppm", "png", "tiff"}),
                   {{.name = "--format",
-                    .about = "Source format to make, see qvn formats",
+                    .about = "Source format to make or a camera's name of one, see qvn formats",
                     .text = &chart->frame.format,
                     .words = format_names()},
                    {.name = "--size",

@@ -341,7 +341,7 @@ std::vector<Selector> selectors() {
       {"y8", kTransform, "QVN_Y8ImageTransform", kAny, run_to<QVN_Y8ImageTransform>, four},
       {"y8", kTransform, "QVN_Y8ImageTransform", kPairsOfPixels, run_to<QVN_Y8ImageTransform>, {"uyvy"}},
       // An odd number of pixels would never end; the format's groups keep it out.
-      {"y12p", kTransform, "QVN_Y12ImageTransform", kAny, run_to<QVN_Y12ImageTransform>, four},
+      {"y12packed", kTransform, "QVN_Y12ImageTransform", kAny, run_to<QVN_Y12ImageTransform>, four},
       {"y16be", kTransform, "QVN_Y16ImageTransform", kAny, run_to<QVN_Y16ImageTransform>, four},
       {"y16be", kTransformEx, "QVN_Y16ImageTransformEx", kAny, y16_to<true>, seven, true},
       {"y16le", kTransformEx, "QVN_Y16ImageTransformEx", kAny, y16_to<false>, seven, true},

@@ -6,8 +6,10 @@
 #include <thread>
 
 #include "batch.h"
+#include "camera_names.h"
 #include "converter.h"
 #include "failure.h"
+#include "frame_file.h"
 #include "numbers.h"
 #include "options.h"
 #include "process.h"
@@ -116,6 +118,7 @@ void run(Convert& convert) {
   if (!convert.recipe.empty()) {
     read_recipe(convert.recipe, ingredients_of(convert.how));
   }
+  resolve_camera_name(convert.how.frame);
   check_convert_options(convert.how);
   if (convert.files.empty()) {
     throw Failure("IN is required (see qvn convert --help)");

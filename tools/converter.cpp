@@ -2,6 +2,7 @@
 #include "converter.h"
 
 #include "failure.h"
+#include "frame_file.h"
 
 namespace qvn::tool {
 namespace {
@@ -36,6 +37,8 @@ std::vector<Ingredient> ingredients_of(ConvertOptions& options) {
           {"pattern", &frame.pattern},
           {"bits", &frame.bits},
           {"align", &frame.align},
+          {"pitch", &frame.pitch},
+          {"skip", &frame.skip},
           {"method", &options.method},
           {"to", &options.target},
           {"shift", &picture.shift},

@@ -4,7 +4,7 @@
 
 #include "conversions.h"
 #include "files.h"
-#include "frame_file.h"
+#include "frame_reader.h"
 #include "recipe.h"
 
 namespace qvn::tool {

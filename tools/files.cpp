@@ -234,6 +234,17 @@ std::vector<std::uint8_t> InputStream::peek(std::size_t count) {
   return {block_.data() + at_, block_.data() + at_ + there};
 }
 
+std::uint64_t InputStream::skip(std::uint64_t count) {
+  std::uint64_t passed = 0;
+  while (passed < count && fill()) {
+    const std::uint64_t taken = std::min<std::uint64_t>(count - passed, block_.size() - at_);
+    at_ += static_cast<std::size_t>(taken);
+    passed += taken;
+  }
+  consumed_ += passed;
+  return passed;
+}
+
 std::vector<std::uint8_t> InputStream::read(std::uint64_t count) {
   std::vector<std::uint8_t> bytes;
   // A length that the file itself confirms may be reserved at once.

@@ -34,6 +34,8 @@ class InputStream {
   std::vector<std::uint8_t> peek(std::size_t count);
   /// As many bytes as there are up to `count`. Memory grows with what is there, not with what is asked for.
   std::vector<std::uint8_t> read(std::uint64_t count);
+  /// Passes over as many bytes as there are up to `count`, and says how many.
+  std::uint64_t skip(std::uint64_t count);
 
  private:
   /// Whether there is a byte at at_, after reading more if need be.

@@ -6,6 +6,8 @@
 #include <charconv>
 #include <cmath>
 
+#include <quorvane/convert.hpp>
+
 #include "failure.h"
 
 namespace qvn::tool {
@@ -70,47 +72,96 @@ Bytes sample_raw16(const SceneImage& scene, const Pattern& pattern, SampleForm f
 
 // Two samples of 12 bits in three bytes: the three ways in which cameras send them.
 
-void pack_12(Bytes& bytes, std::uint32_t even, std::uint32_t odd) {
+void pack_12(Bytes& bytes, const std::uint32_t* levels) {
+  const std::uint32_t even = levels[0];
+  const std::uint32_t odd = levels[1];
   bytes.insert(bytes.end(), {low_byte(even >> 4), low_byte((even & 15) | odd << 4), low_byte(odd >> 4)});
 }
 
-void pack_12p(Bytes& bytes, std::uint32_t even, std::uint32_t odd) {
+void pack_12p(Bytes& bytes, const std::uint32_t* levels) {
+  const std::uint32_t even = levels[0];
+  const std::uint32_t odd = levels[1];
   bytes.insert(bytes.end(), {low_byte(even), low_byte(even >> 8 | odd << 4), low_byte(odd >> 4)});
 }
 
-void pack_12csi2(Bytes& bytes, std::uint32_t even, std::uint32_t odd) {
+void pack_12csi2(Bytes& bytes, const std::uint32_t* levels) {
+  const std::uint32_t even = levels[0];
+  const std::uint32_t odd = levels[1];
   bytes.insert(bytes.end(), {low_byte(even >> 4), low_byte(odd >> 4), low_byte((even & 15) | odd << 4)});
 }
 
-void repack_12p(Bytes& bytes) {
-  for (std::size_t i = 0; i + 3 <= bytes.size(); i += 3) {
-    const std::uint32_t even = bytes[i] | (bytes[i + 1] & 15U) << 8;
-    bytes[i + 1] = low_byte((even & 15) | (bytes[i + 1] & 0xF0U));
-    bytes[i] = low_byte(even >> 4);
+/// As the checked header brings it to what the library takes.
+template <void (*Repack)(std::uint8_t*, std::size_t)>
+void repack(Bytes& bytes) {
+  Repack(bytes.data(), bytes.size());
+}
+
+// Four samples of 10 bits in five bytes: bits one behind the other from bit 0 of the first byte on, or bits
+// 9..2 of each and then bits 1..0 of all, the first sample's lowest.
+
+void pack_10p(Bytes& bytes, const std::uint32_t* levels) {
+  std::uint64_t bits = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    bits |= std::uint64_t{levels[i]} << (10 * i);
+  }
+  for (int i = 0; i < 5; ++i) {
+    bytes.push_back(low_byte(static_cast<std::uint32_t>(bits >> (8 * i))));
   }
 }
 
-void repack_12csi2(Bytes& bytes) {
-  for (std::size_t i = 0; i + 3 <= bytes.size(); i += 3) {
-    std::swap(bytes[i + 1], bytes[i + 2]);
+void pack_10csi2(Bytes& bytes, const std::uint32_t* levels) {
+  std::uint32_t low = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    bytes.push_back(low_byte(levels[i] >> 2));
+    low |= (levels[i] & 3) << (2 * i);
   }
+  bytes.push_back(low_byte(low));
 }
 
-template <void (*Pack)(Bytes&, std::uint32_t, std::uint32_t)>
-Bytes sample_raw12(const SceneImage& scene, const Pattern& pattern, SampleForm /*unused*/) {
-  Bytes bytes;
-  bytes.reserve(scene.size.pixels() * 3 / 2);
-  std::uint32_t even = 0;
-  bool odd = false;
-  visit_mosaic(scene, pattern, [&](float value) {
-    const std::uint32_t level = quantise(value, 4095.0F);
-    if (odd) {
-      Pack(bytes, even, level);
+std::uint32_t level_10p(const std::uint8_t* group, std::size_t i) {
+  return (std::uint32_t{group[i]} >> (2 * i) | std::uint32_t{group[i + 1]} << (8 - 2 * i)) & 0x3FF;
+}
+
+std::uint32_t level_10csi2(const std::uint8_t* group, std::size_t i) {
+  return std::uint32_t{group[i]} << 2 | (std::uint32_t{group[4]} >> (2 * i) & 3);
+}
+
+/// Two bytes a sample, the first least significant.
+template <std::uint32_t (*Level)(const std::uint8_t* group, std::size_t i)>
+void spread_10(Bytes& bytes) {
+  Bytes words;
+  words.reserve(bytes.size() / 5 * 8);
+  for (std::size_t at = 0; at + 5 <= bytes.size(); at += 5) {
+    for (std::size_t i = 0; i < 4; ++i) {
+      const std::uint32_t level = Level(bytes.data() + at, i);
+      words.insert(words.end(), {low_byte(level), low_byte(level >> 8)});
     }
-    even = level;
-    odd = !odd;
-  });
+  }
+  bytes = std::move(words);
+}
+
+using Pack = void (*)(Bytes&, const std::uint32_t*);
+
+/// Two samples of 12 bits or four of 10 at a time.
+template <std::uint32_t Bits, Pack Put>
+Bytes pack_levels(const std::vector<std::uint32_t>& levels) {
+  constexpr std::size_t kGroup = Bits == 12 ? 2 : 4;
+  Bytes bytes;
+  bytes.reserve(levels.size() * Bits / 8);
+  for (std::size_t i = 0; i + kGroup <= levels.size(); i += kGroup) {
+    Put(bytes, levels.data() + i);
+  }
   return bytes;
+}
+
+template <std::uint32_t Bits, Pack Put>
+Bytes sample_packed_raw(const SceneImage& scene, const Pattern& pattern, SampleForm /*unused*/) {
+  std::vector<std::uint32_t> levels;
+  levels.reserve(scene.size.pixels());
+  visit_mosaic(scene, pattern, [&](float value) {
+    levels.push_back(quantise(value, top_level({Bits, true})));
+  });
+  return pack_levels<Bits, Put>(levels);
 }
 
 template <std::uint32_t Depth>
@@ -235,6 +286,10 @@ Bytes sample_uyvy(const SceneImage& scene, const Pattern& /*unused*/, SampleForm
   return sample_yuv(scene, "UYVY");
 }
 
+Bytes sample_yuyv(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
+  return sample_yuv(scene, "YUYV");
+}
+
 Bytes sample_uyyvyy411(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
   return sample_yuv(scene, "UYYVYY");
 }
@@ -254,16 +309,14 @@ Bytes sample_y16(const SceneImage& scene, const Pattern& /*unused*/, SampleForm 
   return bytes;
 }
 
-Bytes sample_y12p(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
-  Bytes bytes;
-  bytes.reserve(scene.size.pixels() * 3 / 2);
-  const auto level = [&](std::size_t pixel) {
-    return luma_level(yuv_of(scene.rgb.data() + 3 * pixel).y, 4095.0);
-  };
-  for (std::size_t i = 0; i + 2 <= scene.size.pixels(); i += 2) {
-    pack_12(bytes, level(i), level(i + 1));
+template <std::uint32_t Bits, Pack Put>
+Bytes sample_packed_grey(const SceneImage& scene, const Pattern& /*unused*/, SampleForm /*unused*/) {
+  std::vector<std::uint32_t> levels;
+  levels.reserve(scene.size.pixels());
+  for (std::size_t i = 0; i < scene.rgb.size(); i += 3) {
+    levels.push_back(luma_level(yuv_of(scene.rgb.data() + i).y, top_level({Bits, true})));
   }
-  return bytes;
+  return pack_levels<Bits, Put>(levels);
 }
 
 }  // namespace
@@ -271,12 +324,17 @@ Bytes sample_y12p(const SceneImage& scene, const Pattern& /*unused*/, SampleForm
 const std::vector<SourceFormat>& source_formats() {
   static const std::vector<SourceFormat> formats{
       {"raw8", "Bayer mosaic, 1 byte a sample", true, false, false, 1, 8, 1, 1, sample_raw8},
+      {"raw10p", "Bayer mosaic, 10 bits, one behind the other from bit 0 on", true, false, false, 0, 0, 4, 5,
+       sample_packed_raw<10, pack_10p>, "raw16le", spread_10<level_10p>, 10},
+      {"raw10csi2", "Bayer mosaic, 10 bits: four times 9..2, then four times 1..0 from bit 0 on", true, false,
+       false, 0, 0, 4, 5, sample_packed_raw<10, pack_10csi2>, "raw16le", spread_10<level_10csi2>, 10},
       {"raw12packed", "Bayer mosaic, 12 bits: even 11..4, odd 3..0 and even 3..0, odd 11..4", true, false,
-       false, 0, 0, 2, 3, sample_raw12<pack_12>},
+       false, 0, 0, 2, 3, sample_packed_raw<12, pack_12>},
       {"raw12p", "Bayer mosaic, 12 bits: even 7..0, odd 3..0 and even 11..8, odd 11..4", true, false, false,
-       0, 0, 2, 3, sample_raw12<pack_12p>, "raw12packed", repack_12p},
+       0, 0, 2, 3, sample_packed_raw<12, pack_12p>, "raw12packed", repack<quorvane::detail::repack_12p>},
       {"raw12csi2", "Bayer mosaic, 12 bits: even 11..4, odd 11..4, odd 3..0 and even 3..0", true, false,
-       false, 0, 0, 2, 3, sample_raw12<pack_12csi2>, "raw12packed", repack_12csi2},
+       false, 0, 0, 2, 3, sample_packed_raw<12, pack_12csi2>, "raw12packed",
+       repack<quorvane::detail::repack_12csi2>},
       {"raw16be", "Bayer mosaic, 2 bytes a sample, first byte most significant", true, false, true, 1, 16, 1,
        2, sample_raw16<true>},
       {"raw16le", "Bayer mosaic, 2 bytes a sample, first byte least significant", true, false, true, 0, 0, 1,
@@ -287,10 +345,21 @@ const std::vector<SourceFormat>& source_formats() {
        sample_cygm<cygm_binned_site>},
       {"yuv444", "U, Y, V, 1 byte each", false, false, false, 0, 0, 1, 3, sample_yuv444},
       {"uyvy", "YUV 4:2:2: U, Y, V, Y for 2 pixels", false, false, false, 0, 0, 2, 4, sample_uyvy},
+      {"yuyv", "YUV 4:2:2: Y, U, Y, V for 2 pixels", false, false, false, 0, 0, 2, 4, sample_yuyv, "uyvy",
+       repack<quorvane::detail::swap_words>},
       {"uyyvyy411", "YUV 4:1:1: U, Y, Y, V, Y, Y for 4 pixels", false, false, false, 0, 0, 4, 6,
        sample_uyyvyy411},
       {"y8", "grey, 1 byte a sample", false, false, false, 1, 8, 1, 1, sample_y8},
-      {"y12p", "grey, 2 samples in 3 bytes as in raw12packed", false, false, false, 0, 0, 2, 3, sample_y12p},
+      {"y10p", "grey, 10 bits as in raw10p", false, false, false, 0, 0, 4, 5,
+       sample_packed_grey<10, pack_10p>, "y16le", spread_10<level_10p>, 10},
+      {"y10csi2", "grey, 10 bits as in raw10csi2", false, false, false, 0, 0, 4, 5,
+       sample_packed_grey<10, pack_10csi2>, "y16le", spread_10<level_10csi2>, 10},
+      {"y12packed", "grey, 12 bits as in raw12packed", false, false, false, 0, 0, 2, 3,
+       sample_packed_grey<12, pack_12>},
+      {"y12p", "grey, 12 bits as in raw12p", false, false, false, 0, 0, 2, 3,
+       sample_packed_grey<12, pack_12p>, "y12packed", repack<quorvane::detail::repack_12p>},
+      {"y12csi2", "grey, 12 bits as in raw12csi2", false, false, false, 0, 0, 2, 3,
+       sample_packed_grey<12, pack_12csi2>, "y12packed", repack<quorvane::detail::repack_12csi2>},
       {"y16be", "grey, 2 bytes a sample, first byte most significant", false, false, true, 1, 16, 1, 2,
        sample_y16<true>},
       {"y16le", "grey, 2 bytes a sample, first byte least significant", false, false, true, 0, 0, 1, 2,
@@ -311,7 +380,8 @@ const SourceFormat& find_format(const std::string& name) {
     }
     names.emplace_back(format.name);
   }
-  throw Failure("unknown format " + quoted(name) + ": expected " + one_of(names));
+  throw Failure("unknown format " + quoted(name) + ": expected " + one_of(names) +
+                ", or a camera's name for one of them (qvn formats lists both)");
 }
 
 const SourceFormat& format_of_netpbm(std::uint32_t channels, std::uint32_t depth) {

@@ -21,6 +21,7 @@ struct SourceFormat {
   std::string_view read_as =
       {};  // the format that its bytes are brought to on reading, if it has no conversions
   void (*repack)(std::vector<std::uint8_t>& bytes) = nullptr;  // and how
+  std::uint32_t read_bits = 0;  // bits of the SampleForm that this makes, if it makes one
 };
 
 const std::vector<SourceFormat>& source_formats();

@@ -1,4 +1,4 @@
-// The rules that tell headerless frames from netpbm files, and the choice of the output's file format.
+// The choice of the output's file format.
 #include "frame_file.h"
 
 #include <algorithm>
@@ -9,20 +9,10 @@
 #include "formats.h"
 #include "netpbm.h"
 #include "png_file.h"
-#include "process.h"
-#include "size_guess.h"
 #include "tiff_file.h"
 
 namespace qvn::tool {
 namespace {
-
-bool is_netpbm_suffix(const std::string& suffix) {
-  return suffix == "pgm" || suffix == "ppm" || suffix == "pnm";
-}
-
-std::string sample_form(std::uint32_t channels, std::uint32_t depth) {
-  return std::string(channels == 1 ? "a PGM" : "a PPM") + " of " + std::to_string(depth) + "-bit samples";
-}
 
 std::string file_format_of(const std::string& path, const std::string& file_format, bool raw_too) {
   std::vector<std::string> known{"png", "tiff", "ppm", "pgm"};
@@ -83,133 +73,7 @@ std::vector<std::uint8_t> encode(const std::string& path, const std::string& fil
   return encode_netpbm(picture.channels == 4 ? without_opacity(picture) : picture);
 }
 
-/// What the command line says, before the file is opened.
-const FrameOptions& checked(const FrameOptions& options) {
-  if (!options.size.empty()) {
-    static_cast<void>(parse_size(options.size));
-  }
-  if (!options.format.empty()) {
-    static_cast<void>(parse_form(find_format(options.format), options.bits, options.align));
-  }
-  return options;
-}
-
-std::string hint_of(const InputStream& input, const FrameOptions& options) {
-  const std::string fitting = options.size.empty() && input.length() ? what_fits(*input.length()) : "";
-  return fitting.empty() ? "" : "; it could be " + fitting;
-}
-
 }  // namespace
-
-FrameReader::FrameReader(const FrameOptions& options)
-    : options_(options), pattern_(&find_pattern(options.pattern)), input_(checked(options).path) {
-  told_ = options.format.empty() ? nullptr : &find_format(options.format);
-  size_ = options.size.empty() ? Size{} : parse_size(options.size);
-  has_header_ = is_netpbm_suffix(suffix_of(options.path)) ||
-                (options.size.empty() && looks_like_netpbm(input_.peek(3)));
-  if (has_header_) {
-    return;
-  }
-  if (told_ == nullptr) {
-    throw Failure(
-        input_.name() + " has no header: expected " +
-        (options.size.empty() ? "--from with a format and --size WIDTHxHEIGHT" : "--from with a format") +
-        ", found none" + hint_of(input_, options));
-  }
-  if (options.size.empty()) {
-    const auto guess =
-        input_.length() && !options.many ? guess_size(options.path, *input_.length(), *told_) : std::nullopt;
-    if (!guess) {
-      throw Failure(input_.name() + " has no header: expected --size WIDTHxHEIGHT, found none" +
-                    (input_.length()
-                         ? "; no size in its name and no usual size of " + std::string(told_->name) +
-                               " has " + std::to_string(*input_.length()) + " bytes"
-                         : ""));
-    }
-    size_ = guess->size;
-    guess_ = input_.name() + " is taken for " + to_text(size_) + ", " + guess->reason + "; --size says it";
-  }
-}
-
-Frame FrameReader::next_netpbm() {
-  NetpbmFile file = read_netpbm(input_);
-  Picture& picture = file.picture;
-  const SourceFormat& format = told_ == nullptr ? format_of_netpbm(picture.channels, picture.depth) : *told_;
-  if (format.netpbm_channels != picture.channels || format.netpbm_depth != picture.depth) {
-    throw Failure(input_.name() + ": expected " +
-                  (format.netpbm_channels == 0 ? "a headerless file"
-                                               : sample_form(format.netpbm_channels, format.netpbm_depth)) +
-                  " for " + std::string(format.name) + ", found " +
-                  sample_form(picture.channels, picture.depth));
-  }
-  if (!options_.size.empty() && size_ != picture.size) {
-    throw Failure(input_.name() + ": expected " + options_.size + " as --size says, found " +
-                  to_text(picture.size));
-  }
-  if (file.spread && !(options_.bits.empty() && options_.align.empty())) {
-    throw Failure(input_.name() + " says itself how its samples lie: expected neither --bits nor --align");
-  }
-  Frame frame;
-  frame.format = &format;
-  frame.size = picture.size;
-  frame.bytes = std::move(picture.bytes);
-  samples_ = frame.bytes.size();
-  return frame;
-}
-
-Frame FrameReader::next_headerless() {
-  Frame frame;
-  frame.format = told_;
-  frame.size = size_;
-  samples_ = frame_bytes(*told_, size_);
-  frame.bytes = input_.read(samples_);
-  if (frame.bytes.size() != samples_) {
-    throw Failure(input_.name() + " is too short: " + expected_bytes() + ", found " +
-                  std::to_string(frame.bytes.size()));
-  }
-  return frame;
-}
-
-std::string FrameReader::expected_bytes() const {
-  return "expected " + std::to_string(samples_) + " bytes for " + std::string(told_->name) + " at " +
-         to_text(size_);
-}
-
-void FrameReader::expect_end() {
-  if (input_.at_end()) {
-    return;
-  }
-  std::string found = "more";
-  if (input_.length() && *input_.length() > input_.consumed()) {
-    found = std::to_string(samples_ + *input_.length() - input_.consumed());
-  }
-  throw Failure(
-      input_.name() + " is too long: " +
-      (has_header_ ? "expected " + std::to_string(samples_) + " bytes of samples" : expected_bytes()) +
-      ", found " + found);
-}
-
-Frame read_frame(const FrameOptions& options) {
-  FrameReader reader(options);
-  if (!reader.guess().empty()) {
-    say(reader.guess());
-  }
-  Frame frame = reader.next();
-  reader.expect_end();
-  return frame;
-}
-
-Frame FrameReader::next() {
-  Frame frame = has_header_ ? next_netpbm() : next_headerless();
-  frame.pattern = pattern_;
-  frame.form = parse_form(*frame.format, options_.bits, options_.align);
-  frame.form_told = !options_.bits.empty() || !options_.align.empty();
-  if (frame.format->repack != nullptr) {
-    frame.format->repack(frame.bytes);
-    frame.format = &find_format(std::string(frame.format->read_as));
-  }
-  return frame;
-}
 
 SceneImage read_scene(const std::string& path) {
   InputStream input(path);

@@ -42,14 +42,21 @@ std::vector<Option> sample_options(FrameOptions& input) {
 std::vector<Option> frame_options(FrameOptions& input) {
   return joined(
       {{{.name = "--from",
-         .about = "Source format, see qvn formats; a PGM or PPM may go without",
+         .about = "Source format or a camera's name of one, see qvn formats; a PGM or PPM may go without",
          .text = &input.format,
          .words = format_names()},
         {.name = "--size",
          .about = "WIDTHxHEIGHT [guessed from the file's name or length]; a PGM or PPM brings its own",
          .text = &input.size,
          .words = {"640x480", "1280x960", "1920x1080"}}},
-       sample_options(input)});
+       sample_options(input),
+       {{.name = "--pitch",
+         .about =
+             "Bytes from a line's start to the next one's, if a driver pads lines [nothing between them]",
+         .text = &input.pitch},
+        {.name = "--skip",
+         .about = "Bytes before a frame that are no samples, or BEFORE,BEHIND [0]",
+         .text = &input.skip}}});
 }
 
 std::vector<Option> input_options(FrameOptions& input) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "commands.h"
-#include "frame_file.h"
+#include "frame_reader.h"
 
 namespace qvn::tool {
 

@@ -135,7 +135,7 @@ Frame weave_fields(const Frame& frame) {
 
 Frame unpack_samples(const Frame& frame, std::uint32_t bits) {
   if (frame.format->group != 2 || frame.format->group_bytes != 3) {
-    throw Failure("unpack: expected two samples in three bytes, raw12packed or y12p, found " +
+    throw Failure("unpack: expected two samples in three bytes, raw12packed or y12packed, found " +
                   name_of(frame));
   }
   Frame unpacked = frame;

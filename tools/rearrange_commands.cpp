@@ -6,6 +6,7 @@
 #include "failure.h"
 #include "files.h"
 #include "formats.h"
+#include "frame_file.h"
 #include "numbers.h"
 #include "options.h"
 #include "process.h"

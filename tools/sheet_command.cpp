@@ -1,6 +1,7 @@
 // The subcommand `sheet`.
 #include <memory>
 
+#include "frame_file.h"
 #include "options.h"
 #include "sheet.h"
 

@@ -39,7 +39,7 @@ const std::array kKnown{
     Known{ARV_PIXEL_FORMAT_MONO_10, "y16le", 10},
     Known{ARV_PIXEL_FORMAT_MONO_12, "y16le", 12},
     Known{ARV_PIXEL_FORMAT_MONO_14, "y16le", 14},
-    Known{ARV_PIXEL_FORMAT_MONO_12_PACKED, "y12p"},
+    Known{ARV_PIXEL_FORMAT_MONO_12_PACKED, "y12packed"},
     Known{ARV_PIXEL_FORMAT_MONO_16, "y16le"},
     Known{ARV_PIXEL_FORMAT_BAYER_RG_8, "raw8", 16, Pattern::kRggb},
     Known{ARV_PIXEL_FORMAT_BAYER_GB_8, "raw8", 16, Pattern::kGbrg},
@@ -67,6 +67,7 @@ const std::array kKnown{
     Known{ARV_PIXEL_FORMAT_BAYER_BG_16, "raw16le", 16, Pattern::kBggr},
     Known{ARV_PIXEL_FORMAT_YUV_411_PACKED, "uyyvyy411"},
     Known{ARV_PIXEL_FORMAT_YUV_422_PACKED, "uyvy"},
+    Known{ARV_PIXEL_FORMAT_YUV_422_YUYV_PACKED, "yuyv"},
     Known{ARV_PIXEL_FORMAT_YUV_444_PACKED, "yuv444"},
     Known{ARV_PIXEL_FORMAT_RGB_8_PACKED, "rgb8"},
 };

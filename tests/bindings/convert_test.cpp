@@ -91,7 +91,7 @@ TEST(TableTest, NamesThatLeadNowhereSayWhatThereIs) {
   const auto message = [](std::string_view format, std::string_view method, std::string_view target) {
     return quorvane::find_way(format, method, target).failure().message;
   };
-  EXPECT_EQ(message("y12p", "direct", ""), "quorvane: unknown method 'direct', expected transform");
+  EXPECT_EQ(message("y12packed", "direct", ""), "quorvane: unknown method 'direct', expected transform");
   EXPECT_EQ(message("raw16be", "2x2", "y8"), "quorvane: unknown target 'y8', expected bgr, bgr16 or y16");
   EXPECT_NE(message("raw9", "", "").find("unknown format 'raw9', expected raw8, raw12packed"),
             std::string::npos);
@@ -140,6 +140,27 @@ TEST(ConvertTest, RepacksTheOtherTwelveBitLayouts) {
       EXPECT_EQ(src, before);
     }
   }
+}
+
+TEST(ConvertTest, ReadsGreyInTheOtherTwelveBitLayoutsAndLumaBeforeChroma) {
+  const Size size{1000, 301};  // several strips
+  const Buffer packed = random_bytes(size.pixels() / 2 * 3, 5), yuv = random_bytes(size.pixels() * 2, 6);
+  const auto picture = [&](const Buffer& src, const char* name) {
+    return quorvane::convert(src, Frame{name, size}, {.target = "bgr"});
+  };
+  Buffer low_first = packed, bits_last = packed, luma_first = yuv;
+  for (std::size_t i = 0; i < packed.size(); i += 3) {
+    const std::uint32_t even = packed[i] << 4 | (packed[i + 1] & 15);
+    low_first[i] = static_cast<std::uint8_t>(even & 255);
+    low_first[i + 1] = static_cast<std::uint8_t>((packed[i + 1] & 0xF0) | even >> 8);
+    std::swap(bits_last[i + 1], bits_last[i + 2]);
+  }
+  for (std::size_t i = 0; i < yuv.size(); i += 2) {
+    std::swap(luma_first[i], luma_first[i + 1]);
+  }
+  EXPECT_EQ(picture(low_first, "y12p"), picture(packed, "y12packed"));
+  EXPECT_EQ(picture(bits_last, "y12csi2"), picture(packed, "y12packed"));
+  EXPECT_EQ(picture(luma_first, "yuyv"), picture(yuv, "uyvy"));
 }
 
 TEST(ConvertTest, PlanesLieOneBehindTheOtherWithTheirPitch) {

@@ -16,8 +16,8 @@ HOLDING = ctypes.PyDLL(os.environ["QVN_LIBRARY"])
 GROUPS = {
     "raw8": (1, 1), "raw12packed": (2, 3), "raw12p": (2, 3), "raw12csi2": (2, 3), "raw16be": (1, 2),
     "raw16le": (1, 2), "raw16": (1, 2), "iraw8-cygm": (1, 1), "iraw8-cygm-binned": (1, 1), "yuv444": (1, 3),
-    "uyvy": (2, 4), "uyyvyy411": (4, 6), "y8": (1, 1), "y12p": (2, 3), "y16be": (1, 2), "y16le": (1, 2),
-    "y16": (1, 2), "rgb8": (1, 3), "rgba8": (1, 4),
+    "uyvy": (2, 4), "yuyv": (2, 4), "uyyvyy411": (4, 6), "y8": (1, 1), "y12packed": (2, 3), "y12p": (2, 3),
+    "y12csi2": (2, 3), "y16be": (1, 2), "y16le": (1, 2), "y16": (1, 2), "rgb8": (1, 3), "rgba8": (1, 4),
 }
 # TransformTarget
 CODES = {"y8": 0, "bgr": 1, "bgra": 2, "y8-709": 3, "uyvy": 4, "y16": 5, "y16-709": 6, "bgr16": 7}
@@ -80,9 +80,11 @@ def picture_dtype(target):
 
 
 def as_packed(frame, source):
-    """raw12p and raw12csi2 by their layouts, as the functions take them."""
+    """12 bits in other packings and luma before chroma by their layouts, as the functions take them."""
+    if source == "yuyv":
+        return frame.reshape(-1, 2)[:, ::-1].reshape(-1).copy()
     a, b, c = (frame.reshape(-1)[i::3].astype(np.uint32) for i in range(3))
-    if source == "raw12p":
+    if source.endswith("12p"):
         even, odd = a | (b & 15) << 8, b >> 4 | c << 4
     else:
         even, odd = a << 4 | c & 15, b << 4 | c >> 4

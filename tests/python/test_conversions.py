@@ -9,6 +9,8 @@ import numpy as np
 import pytest
 import quorvane
 
+REPACKED = {"raw12p": "raw12packed", "raw12csi2": "raw12packed", "y12p": "y12packed", "y12csi2": "y12packed",
+            "yuyv": "uyvy"}
 MOSAICS = ("raw8", "raw12packed", "raw12p", "raw12csi2", "raw16be", "raw16le", "raw16")
 
 
@@ -40,7 +42,7 @@ def right_picture(row, function, frame, initial, width, height, pattern=0, **opt
     picture, source = initial.copy(), frame.copy()
     words = source.reshape(-1).view(np.uint8)
     order = row.source
-    if row.source in ("raw12p", "raw12csi2"):
+    if row.source in REPACKED:
         words = capi.as_packed(source, row.source)
     elif row.source.endswith("16") and "Ex" in function:
         order = row.source + "le"
@@ -54,11 +56,10 @@ def right_picture(row, function, frame, initial, width, height, pattern=0, **opt
 
 def all_rows():
     rows = quorvane.conversions()
-    packed = [row for row in rows if row.source == "raw12packed"]
     big = [row for row in rows if row.source in ("raw16be", "y16be")]
     return (
         rows
-        + [row._replace(source=name) for row in packed for name in ("raw12p", "raw12csi2")]
+        + [row._replace(source=name) for row in rows for name, read_as in REPACKED.items() if row.source == read_as]
         + [row._replace(source=row.source[:-2]) for row in big]
         + [row._replace(source=row.source[:-2] + "le") for row in big if "Ex" not in row.function]
     )
@@ -266,6 +267,7 @@ def test_families():
         (quorvane.cygm(raw8, binned=True, target="y8"), quorvane.convert(raw8, "iraw8-cygm-binned", target="y8")),
         (quorvane.yuv(pixels), quorvane.convert(pixels, "yuv444")),
         (quorvane.yuv(pixels[..., :2]), quorvane.convert(pixels[..., :2], "uyvy")),
+        (quorvane.yuv(pixels[..., :2], source="yuyv"), quorvane.convert(pixels[..., :2], "yuyv")),
         (quorvane.yuv(packed, source="uyyvyy411"), quorvane.convert(packed, "uyyvyy411")),
         (quorvane.mono(raw8), quorvane.convert(raw8, "y8")),
         (quorvane.mono(raw16, bits=12), quorvane.convert(raw16, "y16", bits=12)),

@@ -41,7 +41,7 @@ def test_everything_is_described():
 def test_sources_are_those_of_the_table():
     names = set(quorvane.sources())
     assert {row.source for row in quorvane.conversions()} <= names
-    assert {"raw12p", "raw12csi2"} <= names
+    assert {"raw12p", "raw12csi2", "y12p", "y12csi2", "yuyv"} <= names
 
 
 def test_types(tmp_path):

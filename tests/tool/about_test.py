@@ -32,7 +32,7 @@ class About(ToolTest):
                     r"\n  y16le .*--bits, --align\n"):
             self.assertRegex(text, row)
         for word in ("raw8", "raw16be", "yuv444", "y8", "y16be", "rgb8", "rggb", "grbg", "gbrg", "bggr",
-                     "PNG", "PPM", "PGM", "planes", "raw12csi2", "iraw8-cygm", "y12p", "rgba8", "bgra", "y16-709"):
+                     "PNG", "PPM", "PGM", "planes", "raw12csi2", "iraw8-cygm", "y12p", "y12packed", "yuyv", "raw10csi2", "rgba8", "bgra", "y16-709"):
             self.assertIn(word, text)
 
     def test_every_listed_conversion_runs(self):

@@ -139,7 +139,7 @@ class Deep(ToolTest):
         self.refuse("convert", "a.raw", "a.png", *raw16, "--stretch", says=["--stretch", "QVN_Raw16ToBGR"])
         self.refuse("convert", "a.raw", "b.raw", *raw16, "--to", "bgr16", "--stretch", says=["--stretch", "a picture"])
         for source, size, says in (("raw12packed", "9x7", "multiple of 2"), ("raw12packed", "9x8", "even"),
-                                   ("y12p", "3x3", "multiple of 2"), ("raw12p", "7x5", "multiple of 2"),
+                                   ("y12packed", "3x3", "multiple of 2"), ("raw12p", "7x5", "multiple of 2"),
                                    ("raw12csi2", "4x1", "at least 2x2")):
             width, height = map(int, size.split("x"))
             self.write("b.raw", bytes(width * height * 3 // 2))
@@ -174,13 +174,13 @@ class Charts(ToolTest):
                     words = [level << shift for level in mosaic(pattern, top)]
                     self.assertEqual(self.chart(source, *options, *extra, "--pattern", pattern),
                                      list(struct.pack("%s%dH" % (order, len(words)), *words)))
-        self.assertEqual(self.chart("y12p", *options), transform.pack12(reference.chart_grey(scene, 4095)))
+        self.assertEqual(self.chart("y12packed", *options), transform.pack12(reference.chart_grey(scene, 4095)))
         rgb = scene_reference.quantise(scene, 255)
         self.assertEqual(self.chart("rgba8", *options),
                          [part for i in range(0, len(rgb), 3) for part in (*rgb[i:i + 3], 255)])
 
     def test_sizes(self):
-        for source in (*PACKINGS, "y12p"):
+        for source in (*PACKINGS, "y12packed"):
             self.assertEqual(len(self.chart(source, "--size", "6x3")), 27)
             self.refuse("chart", "a.raw", "--format", source, "--size", "5x3", says=[source, "multiple of 2"])
             self.refuse("chart", "a.png", "--format", source, "--size", "6x4", says=[source, "expected raw"])

@@ -159,7 +159,7 @@ print -r -- $out
     @unittest.skipUnless(shutil.which("fish"), "needs fish")
     def test_fish(self):
         self.assertEqual(self.fish("qvn conv"), ["convert\tConvert a frame to a picture, or many"])
-        self.assertIn("--from\tSource format, see qvn formats", self.fish("qvn convert --fr"))
+        self.assertIn("--from\tSource format or a camera's name of one, see qvn formats", self.fish("qvn convert --fr"))
         self.assertEqual(self.fish("qvn formats --fr"), [])
         found = [line.split("\t")[0] for line in self.fish("qvn convert --from raw12")]
         self.assertEqual(sorted(found), ["raw12csi2", "raw12p", "raw12packed"])

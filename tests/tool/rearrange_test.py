@@ -91,7 +91,7 @@ class Weave(ToolTest):
 
 class Unpack(ToolTest):
     def test_both_depths(self):
-        for name, eight in (("raw12packed", "raw8"), ("y12p", "y8")):
+        for name, eight in (("raw12packed", "raw8"), ("y12packed", "y8")):
             data = bytes([0xAB, 0xCD, 0xEF]) + noise(3 * 99)
             how = ("--from", name, "--size", "20x10")
             top = b"".join(bytes([a, c]) for a, _, c in pixels(data, 3))
@@ -107,7 +107,7 @@ class Unpack(ToolTest):
     def test_refused(self):
         self.refuse("unpack", "-", "a.raw", "--from", "raw8", "--size", "4x2", data=bytes(8),
                     says=["three bytes", "raw8"])
-        self.refuse("unpack", "-", "a.raw", "--from", "y12p", "--size", "4x2", "--to-bits", "12", data=bytes(12),
+        self.refuse("unpack", "-", "a.raw", "--from", "y12packed", "--size", "4x2", "--to-bits", "12", data=bytes(12),
                     says=["--to-bits", "8 or 16", "'12'"])
 
 

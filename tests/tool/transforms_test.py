@@ -113,7 +113,7 @@ class Transforms(ToolTest):
         samples = [self.numbers.randrange(4096) for _ in range(36)]
         pixels = [(sample >> 4,) * 3 for sample in samples]
         for target in FOUR:
-            self.check(transform.pack12(samples), "y12p", (12, 3), "transform", target,
+            self.check(transform.pack12(samples), "y12packed", (12, 3), "transform", target,
                        transform.to_target(target, pixels))
 
     def test_grey_of_16_bits(self):

@@ -207,7 +207,7 @@ def yuv(array: Buffer, *, source: str | None = None, **options: Any) -> Array:
         (height, width, 3) of U, Y, V; or (height, width, 2), pixels in pairs of U, Y and V, Y; or another
         shape with its `source`.
     source : str, optional
-        "yuv444" and "uyvy" are known by their shape; "uyyvyy411" must be told.
+        "yuv444" and "uyvy" are known by their shape; "yuyv" and "uyyvyy411" must be told.
     **options
         As in `convert`.
 
@@ -227,7 +227,7 @@ def mono(array: Buffer, *, source: str | None = None, **options: Any) -> Array:
     array : numpy.ndarray or bytes
         (height, width) of uint8 or uint16, or another layout with its `source`.
     source : str, optional
-        "y8" for uint8 and "y16" for uint16, if it is left out; "y12p" must be told.
+        "y8" for uint8 and "y16" for uint16, if it is left out; "y12packed", "y12p" and "y12csi2" must be told.
     **options
         As in `convert`.
 
