@@ -128,9 +128,12 @@ std::string zsh_options(const Command& command) {
                               : option.words.empty() ? ":value:_files"
                                                      : ":value:(" + words_of(option.words) + ")";
     for (const std::string& name : names) {
-      const std::string sign = option.flag != nullptr ? "" : name.starts_with("--") ? "=" : "+";
-      specs += " \\\n        " +
-               zsh_word(others + name + sign + "[" + escaped(brief(option), "[]\\") + "]" + value);
+      std::string spec = others + name;
+      spec += option.flag != nullptr ? "" : name.starts_with("--") ? "=" : "+";
+      spec += "[";
+      spec += escaped(brief(option), "[]\\");
+      spec += "]" + value;
+      specs += " \\\n        " + zsh_word(spec);
     }
   }
   return specs;
@@ -205,6 +208,7 @@ Command completion_command() {
   static const std::vector<std::pair<std::string, Script>> scripts = {
       {"bash", bash_script}, {"zsh", zsh_script}, {"fish", fish_script}};
   std::vector<std::string> shells;
+  shells.reserve(scripts.size());
   for (const auto& [shell, script] : scripts) {
     shells.push_back(shell);
   }
