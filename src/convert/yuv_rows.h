@@ -13,6 +13,7 @@
 #include <type_traits>
 
 #include "convert/chroma.h"
+#include "pixel/cache_lines.h"
 #include "pixel/clamped_pairs.h"
 #include "pixel/put.h"
 #include "pixel/split3.h"
@@ -48,7 +49,13 @@ struct Yuv444 {
 namespace places {
 // The channels of four groups of four bytes, one behind the other.
 constexpr int channels_of_fours(int i) { return i / 16 * 16 + i % 4 * 4 + i % 16 / 4; }
+
+constexpr int quads_by_halves(int i) { return i / 2 + i % 2 * (kLaneBytes / 16); }
 }  // namespace places
+
+// Eight bytes at a time: those of the first half of a vector to the lower halves of the blocks, those of the
+// second half to the upper ones.
+inline Bytes by_halves(Bytes v) { return as<Bytes>(shuffle<places::quads_by_halves>(as<QuadWords>(v))); }
 
 // U Y0 V Y1
 struct Yuv422 {
@@ -65,6 +72,10 @@ struct Yuv422 {
   template <class Arithmetic, class Output>
   static void vector(const Output& out, size_t x, const uint8_t* from) {
     const Bytes lower = load<Bytes>(from), upper = load<Bytes>(from + kLaneBytes);
+    if constexpr (requires { requires Output::kTakesDealt; }) {
+      out.dealt_pixels(x, in_pairs<Arithmetic>(by_halves(lower), by_halves(upper)));
+      return;
+    }
     const Bytes first = shuffle<places::every_other_block<0>>(lower, upper);
     const Bytes second = shuffle<places::every_other_block<1>>(lower, upper);
     if constexpr (requires { requires Output::kPrefersPairs; }) {
@@ -75,15 +86,19 @@ struct Yuv422 {
                               Arithmetic::colours(luma_high(v_y1), u, v)},
                  interleave_high(u_y0, v_y1));
     } else {
-      const SignedWords y0 = luma_odd(first), y1 = luma_odd(second);
-      out.pixels(x,
-                 narrow_to_bytes(Arithmetic::colours_of_pairs(y0, chroma_even(first)),
-                                 Arithmetic::colours_of_pairs(y1, chroma_even(second))),
-                 narrow_to_bytes(y0, y1));
+      out.pixels(x, in_pairs<Arithmetic>(first, second), narrow_to_bytes(luma_odd(first), luma_odd(second)));
     }
   }
 
  private:
+  // Each block of the first vector and then that of the second.
+  template <class Arithmetic>
+  static Rgb<Bytes> in_pairs(Bytes first, Bytes second) {
+    const Rgb<SignedWords> low = Arithmetic::colours_of_pairs(luma_odd(first), chroma_even(first));
+    const Rgb<SignedWords> high = Arithmetic::colours_of_pairs(luma_odd(second), chroma_even(second));
+    return narrow_to_bytes(low, high);
+  }
+
   struct Channels {
     Bytes u_y0, v_y1;
   };
@@ -104,10 +119,6 @@ struct Yuv422 {
     }
   }
 };
-
-namespace places {
-constexpr int quads_by_halves(int i) { return i / 2 + i % 2 * (kLaneBytes / 16); }
-}  // namespace places
 
 // U Y0 Y1 V Y2 Y3, which is threes of one chroma and two lumas, with U and V in turn
 struct Yuv411 {
@@ -151,10 +162,6 @@ struct Yuv411 {
   }
 
  private:
-  // The groups of the first half of the pixels in the lower halves of the blocks, of the second half in the
-  // upper ones.
-  static Bytes by_halves(Bytes v) { return as<Bytes>(shuffle<places::quads_by_halves>(as<QuadWords>(v))); }
-
   static RgbWordPairs pixels(SignedWords even, SignedWords odd, const Rgb<SignedWords>& add) {
     return {{even + add.r, even + add.g, even + add.b}, {odd + add.r, odd + add.g, odd + add.b}};
   }
@@ -174,7 +181,9 @@ template <class Layout, class Arithmetic, class Output>
 [[gnu::flatten]] void yuv_row(Output out, const uint8_t* src, size_t n) {
   constexpr size_t kStep = Layout::kVectorPixels / Layout::kGroupPixels;
   const auto vector = [&](size_t group) {
-    Layout::template vector<Arithmetic>(out, group * Layout::kGroupPixels, src + group * Layout::kGroupBytes);
+    const uint8_t* from = src + group * Layout::kGroupBytes;
+    prefetch_ahead<kStep * Layout::kGroupBytes>(from);
+    Layout::template vector<Arithmetic>(out, group * Layout::kGroupPixels, from);
   };
   const size_t groups = n / Layout::kGroupPixels;
   size_t done = 0;
@@ -188,17 +197,19 @@ template <class Layout, class Arithmetic, class Output>
   yuv_row_plain<Layout, Arithmetic>(out, src, done, n);
 }
 
-// An output that writes packed pixels by a put. Bytes of BGRA are wanted in order, which a pair's words are
-// not.
+// An output that writes packed pixels by a put. Bytes of BGRA are wanted as they are dealt to blocks, which a
+// pair's words are not.
 template <class Put>
 struct PackedOutput {
-  static constexpr bool kPrefersPairs = !std::is_same_v<Put, PutBgra>;
+  static constexpr bool kTakesDealt = std::is_same_v<Put, PutBgra>;
+  static constexpr bool kPrefersPairs = !kTakesDealt;
   uint8_t* dst;
   void pixel(size_t x, Rgb<uint32_t> p, uint8_t) const { Put::pixel(dst + x * Put::kPixelBytes, p); }
   void pixels(size_t x, Rgb<Bytes> p, Bytes) const { Put::pixels(dst + x * Put::kPixelBytes, p); }
   void pixels(size_t x, const RgbWordPairs& p, Bytes) const {
     put_clamped<Put>(dst + x * Put::kPixelBytes, p);
   }
+  void dealt_pixels(size_t x, Rgb<Bytes> p) const { Put::dealt_pixels(dst + x * Put::kPixelBytes, p); }
 
   static Bytes grey(const RgbWordPairs& p) requires requires { Put::grey(narrow_to_pairs(p)); }
   { return Put::grey(narrow_to_pairs(p)); }

@@ -16,6 +16,7 @@ template <class Fetch, class Put, class T, class CorrectionRule>
 void corrected_row(CorrectionRule& rule, Planes<T>& planes, const CellLine& line, uint8_t* out, size_t n) {
   for (size_t x = 0; x < n; x += kStripPixels) {
     const size_t pixels = std::min(n - x, kStripPixels);
+    prefetch_strip<Put>(out + x * Put::kPixelBytes);
     if constexpr (kBeginsByCurve<CorrectionRule>) {
       windows_by_curve<Fetch>(rule.curve(), planes, line_from<Fetch>(line, x), pixels);
       rule.behind_curve(planes, 0, pixels);

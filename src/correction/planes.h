@@ -6,6 +6,7 @@
 #include <array>
 
 #include "bayer/row_2x2.h"
+#include "pixel/cache_lines.h"
 
 namespace qvn {
 
@@ -77,6 +78,13 @@ struct PlaneOutput {
   }
   void pixels(size_t x, const Form& p) const { store_pixels(planes, x, p); }
 };
+
+// Asks for the destination of a strip that is about to be made, so that it is there when the strip is put: a
+// quarter less time where it is in no cache. Pixels of fewer bytes gain less there than they lose in a cache.
+template <class Put>
+[[gnu::always_inline]] inline void prefetch_strip(const uint8_t* out) {
+  if constexpr (Put::kPixelBytes == 6) prefetch<kStripPixels * Put::kPixelBytes>(out);
+}
 
 // Writes n pixels.
 template <class Put, class T>

@@ -180,6 +180,7 @@ uint8_t* correct_in_pairs(CorrectionRule& rule, const Frame& frame) {
   return correct_lines<Put>(frame, [&](const CellLine& line, uint8_t* out, size_t windows) {
     for (size_t x = 0; x < windows; x += kStripPixels) {
       const size_t pixels = std::min(windows - x, kStripPixels);
+      prefetch_strip<Put>(out + x * Put::kPixelBytes);
       Pairing::correct(rule, strip, {line, x, pixels, frame.shift});
       put_planes<Put>(out + x * Put::kPixelBytes, strip.planes, pixels);
     }

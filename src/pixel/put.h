@@ -35,6 +35,7 @@ struct PutBgra {
   static constexpr size_t kWrittenBytes = 3;
   static void pixel(uint8_t* out, Rgb<uint32_t> p) { PutBgr::pixel(out, p); }
   static void pixels(uint8_t* out, Rgb<Bytes> p) { store_three_of_four(out, p.b, p.g, p.r); }
+  static void dealt_pixels(uint8_t* out, Rgb<Bytes> p) { store_dealt_three_of_four(out, p.b, p.g, p.r); }
 };
 
 struct PutY8 {

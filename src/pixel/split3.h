@@ -34,26 +34,31 @@ constexpr int in_block3(int i) {
 }
 }  // namespace places
 
-// A channel at once, by a permutation of each block. For vectors of 32 bytes, where a blend of bytes may take
-// three operations: a tenth less time than by blends.
-template <int Channel>
-inline Bytes gather3_by_permutes(Bytes block0, Bytes block1, Bytes block2) {
-  return permute_blocks(block0, constant<Bytes, places::in_block3<0, Channel>>()) |
-         permute_blocks(block1, constant<Bytes, places::in_block3<1, Channel>>()) |
-         permute_blocks(block2, constant<Bytes, places::in_block3<2, Channel>>());
-}
+// The blocks of a vector of pixels, where bytes are permuted freely.
+struct Blocks3 {
+  Bytes block0, block1, block2;
+
+  static Blocks3 load(const uint8_t* from) {
+    return {load_blocks<48>(from), load_blocks<48>(from + 16), load_blocks<48>(from + 32)};
+  }
+
+  // Vectors of 32 bytes, where a blend of bytes may take three operations, by a permutation of each block: a
+  // tenth less time than by blends.
+  template <int Channel>
+  Bytes channel() const {
+    if constexpr (kLaneBytes == 32) {
+      return permute_blocks(block0, constant<Bytes, places::in_block3<0, Channel>>()) |
+             permute_blocks(block1, constant<Bytes, places::in_block3<1, Channel>>()) |
+             permute_blocks(block2, constant<Bytes, places::in_block3<2, Channel>>());
+    }
+    return shuffle<places::gather3<Channel>>(
+        blend<places::is_channel<0, Channel>>(block0, blend<places::is_channel<1, Channel>>(block1, block2)));
+  }
+};
 
 inline Channels3 load_split3_permuted(const uint8_t* from) {
-  const Bytes block0 = load_blocks<48>(from), block1 = load_blocks<48>(from + 16),
-              block2 = load_blocks<48>(from + 32);
-  if constexpr (kLaneBytes == 32) {
-    return {gather3_by_permutes<0>(block0, block1, block2), gather3_by_permutes<1>(block0, block1, block2),
-            gather3_by_permutes<2>(block0, block1, block2)};
-  }
-  const Bytes a = blend<places::is_channel<0, 0>>(block0, blend<places::is_channel<1, 0>>(block1, block2));
-  const Bytes b = blend<places::is_channel<0, 1>>(block0, blend<places::is_channel<1, 1>>(block1, block2));
-  const Bytes c = blend<places::is_channel<0, 2>>(block0, blend<places::is_channel<1, 2>>(block1, block2));
-  return {shuffle<places::gather3<0>>(a), shuffle<places::gather3<1>>(b), shuffle<places::gather3<2>>(c)};
+  const Blocks3 blocks = Blocks3::load(from);
+  return {blocks.channel<0>(), blocks.channel<1>(), blocks.channel<2>()};
 }
 
 // Without permutations. Interleaving the lower with the upper 24 of 48 bytes sends the byte at p to

@@ -11,6 +11,8 @@
 #include <array>
 #include <cstring>
 
+#include "pixel/aligned_run.h"
+#include "pixel/cache_lines.h"
 #include "pixel/overlap.h"
 
 #if defined(__SSE2__)
@@ -58,7 +60,7 @@ class Stream {
   // The n bytes at place() are the next ones. Less than two lines of memory are held back.
   void push(size_t n) {
     held_ += n;
-    size_t done = (0 - reinterpret_cast<uintptr_t>(to_)) % kLineBytes;
+    size_t done = bytes_to_line(to_);
     if (held_ < done + kLineBytes) return;
     std::memcpy(to_, strip_.data(), done);
     for (; done + kLineBytes <= held_; done += kLineBytes) stream_line(to_ + done, strip_.data() + done);
@@ -76,7 +78,6 @@ class Stream {
   }
 
  private:
-  static constexpr size_t kLineBytes = 64;
   static constexpr size_t kPixelBytes = 6, kEndPixels = 2;  // the most
 
   static void stream_line(uint8_t* to, const uint8_t* from) {
@@ -112,7 +113,7 @@ auto stream_run(uint8_t* dst, const uint8_t* src, size_t source_pair_bytes, size
     }
     stream.finish();
   }
-  return row(dst, src, n);
+  return aligned_run<kPixelBytes>(dst, src, source_pair_bytes, n, row);
 }
 
 }  // namespace qvn

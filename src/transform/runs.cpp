@@ -7,6 +7,8 @@
 
 #include "convert/mono_rgb.h"
 #include "convert/yuv_rows.h"
+#include "pixel/aligned_run.h"
+#include "pixel/cache_lines.h"
 #include "pixel/stream.h"
 #include "transform/colour_sources.h"
 #include "transform/put_grey.h"
@@ -20,7 +22,9 @@ template <class Source, class Put>
   size_t x = 0;
   if constexpr (kVectorRows) {
     for (; x + kLaneBytes <= n; x += kLaneBytes) {
-      Put::pixels(dst + x * Put::kPixelBytes, Source::pixels(src + x * Source::kPixelBytes));
+      const uint8_t* from = src + x * Source::kPixelBytes;
+      prefetch_ahead<kLaneBytes * Source::kPixelBytes>(from);
+      Put::pixels(dst + x * Put::kPixelBytes, Source::pixels(from));
     }
   }
   for (; x < n; ++x) Put::pixel(dst + x * Put::kPixelBytes, Source::pixel(src + x * Source::kPixelBytes));
@@ -64,6 +68,16 @@ template <class Fetch, class Put, size_t kGroup = 1>
 constexpr PixelRun kLargeGreyRun =
     large_run<grey_run<Fetch, Put, kGroup>, Put::kPixelBytes, Fetch::line_bytes(2)>;
 
+// And that are never streamed: of one or two bytes, or with a byte that stays.
+template <PixelRun run, size_t kPixelBytes, size_t kSourcePairBytes>
+bool unstreamed_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  return aligned_run<kPixelBytes>(dst, src, kSourcePairBytes, n, run);
+}
+
+template <class Fetch, class Put, size_t kGroup = 1>
+constexpr PixelRun kGreyRun =
+    unstreamed_run<grey_run<Fetch, Put, kGroup>, Put::kPixelBytes, Fetch::line_bytes(2)>;
+
 // The group of an odd last pixel has both of its chroma bytes, and no second luma.
 bool y8_to_422_run(uint8_t* dst, const uint8_t* src, size_t n) {
   grey_run<FetchRaw8, GreyHalf422>(dst, src, n);
@@ -95,6 +109,7 @@ bool rgb8_to_grey_run(uint8_t* dst, const uint8_t* src, size_t n) {
   size_t x = std::min<size_t>(n, kLaneBytes);
   colour_run<Rgb8, Put>(dst, src, x);
   for (; x + kLaneBytes + kThreesMargin <= n; x += kLaneBytes) {
+    prefetch_ahead<3 * kLaneBytes>(src + 3 * x);
     store(dst + x, Put::grey_of_fours(
                        [=](size_t i) { return load_threes_as_rgbg(src + 3 * (x + i * kFoursPixels)); }));
   }
@@ -105,6 +120,7 @@ template <class Put>
 bool rgba8_to_grey_run(uint8_t* dst, const uint8_t* src, size_t n) {
   size_t x = 0;
   for (; x + kLaneBytes <= n; x += kLaneBytes) {
+    prefetch_ahead<4 * kLaneBytes>(src + 4 * x);
     store(dst + x,
           Put::grey_of_fours([=](size_t i) { return load_fours_as_rgbg(src + 4 * (x + i * kFoursPixels)); }));
   }
@@ -125,10 +141,14 @@ constexpr int threes_of_double_words(int i) {
 }  // namespace places
 
 bool rgb8_to_bgra_run(uint8_t* dst, const uint8_t* src, size_t n) {
+  constexpr size_t kStep = kLineBytes / 4;
   size_t x = std::min(n, kFoursPixels);
   colour_run<Rgb8, PutBgra>(dst, src, x);
-  for (; x + kFoursPixels + kThreesMargin <= n; x += kFoursPixels) {
-    store_over_three(dst + 4 * x, as<DoubleWords>(load_threes_as_bgr0(src + 3 * x)));
+  for (; x + kStep + kThreesMargin <= n; x += kStep) {
+    prefetch_ahead<kLineBytes>(dst + 4 * x);
+    for (size_t i = x; i < x + kStep; i += kFoursPixels) {
+      store_over_three(dst + 4 * i, as<DoubleWords>(load_threes_as_bgr0(src + 3 * i)));
+    }
   }
   return colour_run<Rgb8, PutBgra>(dst + 4 * x, src + 3 * x, n - x);
 }
@@ -162,15 +182,15 @@ constexpr ByTarget<PixelRun> yuv_runs() {
 // Grey has one luma, whatever the weights.
 template <class Fetch, size_t kGroup = 1>
 constexpr ByTarget<PixelRun> grey_runs() {
-  constexpr PixelRun kY8 = grey_run<Fetch, GreyY8, kGroup>;
-  return {kY8, kLargeGreyRun<Fetch, GreyBgr, kGroup>, grey_run<Fetch, GreyBgra, kGroup>, kY8};
+  constexpr PixelRun kY8 = kGreyRun<Fetch, GreyY8, kGroup>;
+  return {kY8, kLargeGreyRun<Fetch, GreyBgr, kGroup>, kGreyRun<Fetch, GreyBgra, kGroup>, kY8};
 }
 
 struct Y16LayoutRuns {
   template <ByteOrder Order, int Shift>
   static constexpr ByTarget<PixelRun> of() {
     ByTarget<PixelRun> runs = grey_runs<FetchShiftedRaw16TopByte<Order, Shift>>();
-    runs[5] = runs[6] = grey_run<FetchRaw16<Order, Shift>, GreyY16>;
+    runs[5] = runs[6] = kGreyRun<FetchRaw16<Order, Shift>, GreyY16>;
     runs[7] = kLargeGreyRun<FetchRaw16<Order, Shift>, GreyBgr16>;
     return runs;
   }
@@ -179,18 +199,19 @@ struct Y16LayoutRuns {
 }  // namespace
 
 constexpr ByTarget<PixelRun> kRgb8Runs = {kRgb8ToGrey<PutY8>, large_run<row_run<rgb8_to_bgr>, 3, 6>,
-                                          kRgb8ToBgra, kRgb8ToGrey<PutY8Rounded>};
+                                          unstreamed_run<kRgb8ToBgra, 4, 6>, kRgb8ToGrey<PutY8Rounded>};
 constexpr ByTarget<PixelRun> kRgba8Runs = {kRgba8ToGrey<PutY8>, kRgba8ToBgr, rgba8_to_bgra_run,
                                            kRgba8ToGrey<PutY8Rounded>};
 constexpr ByTarget<PixelRun> kYuv444Runs = yuv_runs<Yuv444>();
 constexpr ByTarget<PixelRun> kYuv422Runs = yuv_runs<Yuv422>();
 constexpr ByTarget<PixelRun> kYuv411Runs = yuv_runs<Yuv411>();
 constexpr ByTarget<PixelRun> kY8Runs = {copy_run, kLargeGreyRun<FetchRaw8, GreyBgr>,
-                                        grey_run<FetchRaw8, GreyBgra>, copy_run, y8_to_422_run};
+                                        kGreyRun<FetchRaw8, GreyBgra>, copy_run,
+                                        unstreamed_run<y8_to_422_run, 2, 2>};
 
 // A push of red and blue weighs (77 + 29) / 256, or (54 + 18) / 256 with the rounding's 128: never a whole
 // one, so that luma is the first byte.
-constexpr PixelRun kY16ToY8 = grey_run<FetchRaw16TopByte, GreyY8>;
+constexpr PixelRun kY16ToY8 = kGreyRun<FetchRaw16TopByte, GreyY8>;
 constexpr ByTarget<PixelRun> kY16Runs = {kY16ToY8, colour_run<PushedY16, PutBgr>,
                                          colour_run<PushedY16, PutBgra>, kY16ToY8};
 

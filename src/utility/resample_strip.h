@@ -7,6 +7,7 @@
 
 #include <array>
 
+#include "pixel/cache_lines.h"
 #include "utility/gather.h"
 
 namespace qvn {
@@ -120,6 +121,7 @@ class NearestStrip {
     const StripGroups<kElement> groups = groups_;
     for (size_t group = 0; group < groups.count(); ++group) {
       uint8_t* out = to + groups.first(group) * kElement;
+      prefetch_ahead<kElement * kLaneBytes>(out);
       for (size_t v = 0; v < kElement; ++v) {
         store(out + v * kLaneBytes, gather.pick<kWindows>(group * kElement + v, from));
       }
@@ -310,6 +312,7 @@ class LinearStrip {
     const uint8_t* weights = weights_;
     for (size_t group = 0; group < groups.count(); ++group) {
       uint8_t* out = to + groups.first(group) * kElement;
+      prefetch_ahead<kElement * kLaneBytes>(out);
       for (size_t v = 0; v < kElement; ++v, weights += kWeightBytes) {
         const size_t vector = 2 * (group * kElement + v);
         store(out + v * kLaneBytes, blend_pairs(gather.pick<kWindows>(vector, from),

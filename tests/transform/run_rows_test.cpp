@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "pixel/aligned_run.h"
 #include "support/guard.h"
 #include "support/random.h"
 #include "transform/runs.h"
@@ -13,6 +14,12 @@ namespace qvn {
 namespace {
 
 constexpr size_t kLongest = 150;
+
+/// The length behind n: all short ones, and the first that go on from where their stores are aligned.
+constexpr size_t next_length(size_t n, size_t step) {
+  return n <= kLongest && n + step > kLongest ? kAlignedPixels - 2 * step : n + step;
+}
+constexpr size_t kLongestAligned = kAlignedPixels + 66;
 constexpr size_t kPixelBytes[] = {1, 3, 4, 1, 2, 2, 2, 6};
 
 struct Source {
@@ -60,7 +67,7 @@ TEST_P(TransformRun, EqualsItsGroupsOneAtATime) {
   for (size_t target = 0; target < source.runs->size(); ++target) {
     const PixelRun run = (*source.runs)[target];
     if (run == nullptr || (source.runs == &kY8Runs && target == 4)) continue;
-    for (size_t n = 0; n <= kLongest; n += source.group_pixels) {
+    for (size_t n = 0; n <= kLongestAligned; n = next_length(n, source.group_pixels)) {
       for (const support::Flush flush : {support::Flush::kEnd, support::Flush::kBegin}) {
         const size_t src_bytes = whole_groups(n) * source.group_bytes, dst_bytes = n * kPixelBytes[target];
         support::GuardedBuffer src(src_bytes, flush), dst(dst_bytes, flush);
@@ -83,7 +90,7 @@ TEST_P(TransformRun, WorksInPlaceWhereAPixelDoesNotGrow) {
   for (size_t target = 0; target < source.runs->size(); ++target) {
     const PixelRun run = (*source.runs)[target];
     if (run == nullptr || source.group_pixels * kPixelBytes[target] > source.group_bytes) continue;
-    for (size_t n = 0; n <= kLongest; n += source.group_pixels) {
+    for (size_t n = 0; n <= kLongestAligned; n = next_length(n, 5 * source.group_pixels)) {
       std::vector<uint8_t> src(whole_groups(n) * source.group_bytes + 4);
       random.fill(src.data(), src.size());
       for (size_t offset = 0; offset < 4; ++offset) {
