@@ -14,7 +14,7 @@ bool wants_planes(const ConvertOptions& options, const std::string& path) {
 
 std::string recipe_of(ConvertOptions options, const FrameReader& reader, const Frame& frame,
                       const Conversion& conversion, const Converted& converted) {
-  options.frame.format = reader.format_as_told(frame).name;
+  options.frame.format = frame.format_in_file().name;
   // A file that tells its own size is not asked for one.
   options.frame.size = reader.has_header() ? "" : to_text(frame.size);
   options.frame.pattern = frame.format->mosaic ? frame.pattern->name : "";

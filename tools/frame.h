@@ -58,6 +58,9 @@ struct Frame {
   SampleForm form;                   // means nothing to formats that have none
   bool form_told = false;            // the command line says how samples lie
   std::vector<std::uint8_t> bytes;
+  const SourceFormat* in_file = nullptr;  // the file's format, if the bytes were brought to another one
+
+  const SourceFormat& format_in_file() const { return in_file == nullptr ? *format : *in_file; }
 };
 
 /// A finished picture, stored as PNG and netpbm files store it: RGB order, 16-bit samples big-endian.

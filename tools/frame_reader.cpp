@@ -212,6 +212,7 @@ Frame FrameReader::next() {
       frame.form = {frame.format->read_bits, true};
       frame.form_told = true;
     }
+    frame.in_file = frame.format;
     frame.format = &find_format(std::string(frame.format->read_as));
   }
   return frame;

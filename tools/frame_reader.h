@@ -36,10 +36,6 @@ class FrameReader {
 
   /// Where the size comes from, if it was guessed: a sentence for the user.
   const std::string& guess() const { return guess_; }
-  /// The format of a frame as the file has it, if it was repacked.
-  const SourceFormat& format_as_told(const Frame& frame) const {
-    return told_ == nullptr ? *frame.format : *told_;
-  }
   bool has_header() const { return has_header_; }
 
  private:

@@ -20,6 +20,16 @@ const std::vector<std::string>& frame_files() {
   return names;
 }
 
+/// Writes what a frame has become, and says so if that is another format than its file's.
+void write_rearranged(const OutputOptions& output, const Frame& frame, const Frame& made) {
+  write_frame(output.path, output.file_format, made);
+  if (frame.in_file != nullptr) {
+    say("the frame is " + std::string(frame.format->name) +
+        (frame.form_told ? " --bits " + std::to_string(frame.form.bits) : "") + " now, as " +
+        std::string(frame.in_file->name) + " is read");
+  }
+}
+
 struct Flip {
   FrameOptions input;
   OutputOptions output;
@@ -40,7 +50,7 @@ Command flip_command() {
             const Axis axis = find_axis(flip->axis);
             const Frame frame = read_frame(flip->input);
             const Frame flipped = flip_frame(frame, axis);
-            write_frame(flip->output.path, flip->output.file_format, flipped);
+            write_rearranged(flip->output, frame, flipped);
             if (flipped.pattern != frame.pattern) {
               say("the Bayer order is " + std::string(flipped.pattern->name) + " now");
             }
@@ -56,8 +66,8 @@ Command weave_command() {
   const auto weave = std::make_shared<Weave>();
   return {"weave", "Bring the lines of an interlaced frame into display order",
           joined({input_options(weave->input), output_options(weave->output, frame_files())}), [weave] {
-            write_frame(weave->output.path, weave->output.file_format,
-                        weave_fields(read_frame(weave->input)));
+            const Frame frame = read_frame(weave->input);
+            write_rearranged(weave->output, frame, weave_fields(frame));
           }};
 }
 
@@ -131,8 +141,8 @@ void run_resample(const Resample& resample) {
   if (!resample.lines.empty()) {
     how.lines = parse_lines(resample.lines);
   }
-  write_frame(resample.output.path, resample.output.file_format,
-              resample_lines(read_frame(resample.input), how));
+  const Frame frame = read_frame(resample.input);
+  write_rearranged(resample.output, frame, resample_lines(frame, how));
 }
 
 Command resample_command() {

@@ -207,8 +207,8 @@ std::vector<const Conversion*> chosen_conversions(const Frame& frame, const std:
     }
   }
   if (fitting.empty()) {
-    throw Failure("no method takes " + std::string(frame.format->name) + " at " + to_text(frame.size) +
-                  ": see qvn formats");
+    throw Failure("no method takes " + std::string(frame.format_in_file().name) + " at " +
+                  to_text(frame.size) + ": see qvn formats");
   }
   if (show == "all") {
     return fitting;
@@ -262,7 +262,7 @@ Picture make_sheet(const Frame& frame, const SheetOptions& options) {
   Picture sheet;
   sheet.size = {kGap + columns * (kCellWidth + kGap), kTitleHeight + lines * (cell_height + kGap)};
   sheet.bytes.assign(sheet.line_bytes() * sheet.size.height, kBehind);
-  std::string title = std::string(frame.format->name) + " " + to_text(frame.size);
+  std::string title = std::string(frame.format_in_file().name) + " " + to_text(frame.size);
   if (frame.format->mosaic && !in_orders) {
     title += " ";
     title += frame.pattern->name;

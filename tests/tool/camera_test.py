@@ -107,6 +107,40 @@ class Packings(Camera):
                     data=bytes(90), says=["plain"])
 
 
+class Rearranged(Camera):
+    """Frames that are brought to another format stay in it, which is said."""
+
+    def check(self, command, source, data, read_as, right, *options, bits=()):
+        self.write("a.raw", data)
+        done = self.call(command, "a.raw", "b.raw", "--from", source, "--size", "12x6", *options)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("the frame is %s now, as %s is read" % (" ".join((read_as, *bits)), source), done.stderr.decode())
+        self.write("c.raw", right)
+        done = self.call(command, "c.raw", "d.raw", "--from", read_as, "--size", "12x6", *options, *bits)
+        self.assertNotIn(b"now, as", done.stderr)
+        self.assertEqual(self.read("b.raw"), self.read("d.raw"))
+
+    def test_flip_and_weave(self):
+        tens, twelves, bytes_ = self.samples(10), self.samples(12), bytes(self.samples(8, 144))
+        for command, options in (("flip", ("--axis", "vertical")), ("weave", ())):
+            self.check(command, "yuyv", swapped(bytes_), "uyvy", bytes_, *options)
+            self.check(command, "raw12p", pack_bits(twelves, 12), "raw12packed", pack_12packed(twelves), *options)
+            self.check(command, "y10csi2", pack_csi2(tens, 10), "y16le", words(tens), *options, bits=("--bits", "10"))
+        self.check("flip", "raw10p", pack_bits(tens, 10), "raw16le", words(tens), "--axis", "both", bits=("--bits", "10"))
+
+    def test_unpack(self):
+        twelves = self.samples(12)
+        for source, pack in (("raw12p", pack_bits), ("y12p", pack_bits), ("y12csi2", pack_csi2)):
+            self.write("a.raw", pack(twelves, 12))
+            self.run_tool("unpack", "a.raw", "b.raw", "--from", source, "--size", "12x6")
+            self.assertEqual(self.read("b.raw"), b"".join((sample << 4).to_bytes(2, "big") for sample in twelves))
+
+    def test_resample(self):
+        tens = self.samples(10)
+        self.check("resample", "y10p", pack_bits(tens, 10), "y16le", words(tens), "--rate", 1, "--to-rate", 2,
+                   bits=("--bits", "10"))
+
+
 class Names(Camera):
     def test_mosaics(self):
         for camera, driver, pattern in (("RG", "RGGB", "rggb"), ("GR", "GRBG", "grbg"), ("GB", "GBRG", "gbrg"),
