@@ -22,7 +22,8 @@ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
 cmake --build build/fuzz --target entries_fuzz tool_fuzz
 
 mkdir -p build/fuzz/findings
-for name in "${fuzzers[@]}"; do
+fuzz() {
+  local name=$1 program seeds found
   program=$PWD/build/fuzz/tests/fuzz/${name}_fuzz
   seeds=$PWD/build/fuzz/seeds-$name
   found=$PWD/build/fuzz/corpus-$name
@@ -47,8 +48,16 @@ PYTHON
     "$program" -max_total_time="$seconds" -max_len=320 -len_control=0 -timeout=30 -close_fd_mask=1 -verbosity=0 \
       -print_final_stats=1 -artifact_prefix="$PWD/build/fuzz/findings/" "$found" "$seeds" 2>"$found.log" || {
       grep -v '^qvn: ' "$found.log" | tail -60
-      exit 1
+      return 1
     }
     grep -E 'stat::(number|average)' "$found.log"
   fi
+}
+
+# Each has a core for itself, where there are two.
+running=()
+for name in "${fuzzers[@]}"; do
+  fuzz "$name" &
+  running+=($!)
 done
+for fuzzer in "${running[@]}"; do wait "$fuzzer"; done
