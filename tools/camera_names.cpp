@@ -17,25 +17,26 @@ constexpr std::array<Order, 4> kOrders{
     {{"RG", "RGGB", "rggb"}, {"GR", "GRBG", "grbg"}, {"GB", "GBRG", "gbrg"}, {"BG", "BGGR", "bggr"}}};
 
 struct Depth {
-  std::string_view genicam;  // behind BayerRG; empty: it has no such format
-  std::string_view v4l2;     // behind SRGGB
+  std::string_view genicam;  // behind BayerRG; empty: there is no such name
+  std::string_view v4l2;     // behind SRGGB, as above
   std::string_view format;
   std::string_view bits;
 };
 
-constexpr std::array<Depth, 8> kDepths{{{"8", "8", "raw8", ""},
-                                        {"10", "10", "raw16le", "10"},
-                                        {"12", "12", "raw16le", "12"},
-                                        {"14", "14", "raw16le", "14"},
-                                        {"16", "16", "raw16le", ""},
-                                        {"10p", "", "raw10p", ""},
-                                        {"12p", "", "raw12p", ""},
-                                        {"12Packed", "", "raw12packed", ""}}};
-constexpr std::array<Depth, 2> kPackedDepths{{{"", "10P", "raw10csi2", ""}, {"", "12P", "raw12csi2", ""}}};
+constexpr std::array<Depth, 10> kDepths{{{"8", "8", "raw8", ""},
+                                         {"10", "10", "raw16le", "10"},
+                                         {"12", "12", "raw16le", "12"},
+                                         {"14", "14", "raw16le", "14"},
+                                         {"16", "16", "raw16le", ""},
+                                         {"10p", "", "raw10p", ""},
+                                         {"12p", "", "raw12p", ""},
+                                         {"12Packed", "", "raw12packed", ""},
+                                         {"", "10P", "raw10csi2", ""},
+                                         {"", "12P", "raw12csi2", ""}}};
 
 std::vector<CameraName> make_names() {
   std::vector<CameraName> names;
-  const auto add_mosaics = [&](const Depth& depth) {
+  for (const Depth& depth : kDepths) {
     for (const Order& order : kOrders) {
       const auto add = [&](std::string_view start, std::string_view colours, std::string_view end) {
         if (!end.empty()) {
@@ -46,9 +47,7 @@ std::vector<CameraName> make_names() {
       add("Bayer", order.genicam, depth.genicam);
       add("S", order.v4l2, depth.v4l2);
     }
-  };
-  std::for_each(kDepths.begin(), kDepths.end(), add_mosaics);
-  std::for_each(kPackedDepths.begin(), kPackedDepths.end(), add_mosaics);
+  }
   const std::vector<CameraName> others{{"Mono8", "y8"},
                                        {"GREY", "y8"},
                                        {"Mono10", "y16le", {}, "10"},

@@ -116,7 +116,7 @@ std::string zsh_word(const std::string& text) {
 
 /// The options of a subcommand with what they do, in the words of zsh's _arguments.
 std::string zsh_options(const Command& command) {
-  std::string specs;
+  std::string offers;
   for (const Option& option : command.options) {
     if (option.name.front() != '-') {
       continue;
@@ -128,15 +128,15 @@ std::string zsh_options(const Command& command) {
                               : option.words.empty() ? ":value:_files"
                                                      : ":value:(" + words_of(option.words) + ")";
     for (const std::string& name : names) {
-      std::string spec = others + name;
-      spec += option.flag != nullptr ? "" : name.starts_with("--") ? "=" : "+";
-      spec += "[";
-      spec += escaped(brief(option), "[]\\");
-      spec += "]" + value;
-      specs += " \\\n        " + zsh_word(spec);
+      std::string offer = others + name;
+      offer += option.flag != nullptr ? "" : name.starts_with("--") ? "=" : "+";
+      offer += "[";
+      offer += escaped(brief(option), "[]\\");
+      offer += "]" + value;
+      offers += " \\\n        " + zsh_word(offer);
     }
   }
-  return specs;
+  return offers;
 }
 
 /// Sourced, or as the file _qvn in a folder of zsh's functions.

@@ -68,7 +68,7 @@ template <class Fetch, class Put, size_t kGroup = 1>
 constexpr PixelRun kLargeGreyRun =
     large_run<grey_run<Fetch, Put, kGroup>, Put::kPixelBytes, Fetch::line_bytes(2)>;
 
-// And that are never streamed: of one or two bytes, or with a byte that stays.
+// Those that are never streamed: of one or two bytes a pixel, or with a byte that stays.
 template <PixelRun run, size_t kPixelBytes, size_t kSourcePairBytes>
 bool unstreamed_run(uint8_t* dst, const uint8_t* src, size_t n) {
   return aligned_run<kPixelBytes>(dst, src, kSourcePairBytes, n, run);
